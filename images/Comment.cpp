@@ -1,0 +1,82 @@
+#include "images/Comment.h"
+
+#include "machine/Flags.h"
+#include "machine/HexText.h"
+
+namespace tavinor {
+
+namespace {
+
+std::string memoryComment(const MachineState& m, const std::string& name, std::int32_t address) {
+    return "[" + name + "]=" + hexa(m.mem[asIndex(address, memorySize)], 2);
+}
+
+std::string restartComment(int opcode) {
+    return "Salto a " + hexa(opcode & 0x38, 4);
+}
+
+}  // namespace
+
+std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
+    const int opcode = m.mem[asIndex(dir, memorySize)];
+    const std::size_t pc = asIndex(m.PC, memorySize);
+    const int byteOperand = m.mem[pc + 1];
+    const int wordOperand = m.mem[pc + 2] * 256 + byteOperand;
+    const auto shows = [shownFlags](int bit) { return (shownFlags & bit) != 0; };
+
+    switch (opcode) {
+        case 0x00: return "No hace nada";
+        case 0x08:
+        case 0x10:
+        case 0x18:
+        case 0x28:
+        case 0x38:
+        case 0xCB:
+        case 0xD9:
+        case 0xDD:
+        case 0xED:
+        case 0xFD: return "Código invalido";
+        case 0x76: return "Sistema parado";
+        case 0xC7:
+        case 0xCF:
+        case 0xD7:
+        case 0xDF:
+        case 0xE7:
+        case 0xEF:
+        case 0xF7:
+        case 0xFF: return restartComment(opcode);
+        case 0xC0:
+        case 0xC2:
+        case 0xC4:
+        case 0xC8:
+        case 0xCA:
+        case 0xCC: return shows(flag::Z) ? "Z=1" : "Z=0";
+        case 0x3F:
+        case 0xD0:
+        case 0xD2:
+        case 0xD4:
+        case 0xD8:
+        case 0xDA:
+        case 0xDC: return shows(flag::CY) ? "C=1" : "C=0";
+        case 0xE0:
+        case 0xE2:
+        case 0xE4:
+        case 0xE8:
+        case 0xEA:
+        case 0xEC: return shows(flag::P) ? "P=1 (E)" : "P=0 (O)";
+        case 0xF0:
+        case 0xF2:
+        case 0xF4:
+        case 0xF8:
+        case 0xFA:
+        case 0xFC: return shows(flag::S) ? "S=1 (-)" : "S=0 (+)";
+        case 0x0A: return memoryComment(m, "BC", m.BC);
+        case 0x1A: return memoryComment(m, "DE", m.DE);
+        case 0x3A: return memoryComment(m, hexa(wordOperand, 4), wordOperand);
+        case 0xDB:  // no "=" here, unlike the memory forms
+            return "p[" + hexa(byteOperand, 2) + "]" + hexa(m.port[static_cast<std::size_t>(byteOperand)], 2);
+        default: return {};
+    }
+}
+
+}  // namespace tavinor

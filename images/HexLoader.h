@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "machine/Host.h"
+#include "machine/MachineState.h"
+
+/// Loads Intel HEX files into the machine. The format is read leniently: by fixed positions, any character is
+/// accepted in a field, and the byte count is not compared with the length of the line.
+namespace tavinor {
+
+/// What a line of a HEX file turned out to be.
+enum class RecordCode : std::uint8_t {
+    stored = 0,        ///< A data record, checksum correct.
+    formatError = 1,   ///< No ":" in front, or a type other than 00 and 01.
+    badChecksum = 2,   ///< Checksum wrong; a data record is stored all the same.
+    badOperation = 3,  ///< Never produced; its message is kept.
+    badAddress = 4,    ///< Never produced; its message is kept.
+    endRecord = 5,     ///< The end record, checksum correct.
+};
+
+/// How a load ended: the box that the user sees after a failure. Nothing of it is set after a success.
+struct LoadResult {
+    bool loaded = false;
+    std::string message;           ///< UTF-8; a CR alone separates its two lines.
+    bool rightAlignedBox = false;  ///< Text to the right, and no title of the program's.
+};
+
+/// Decodes one line (without blanks around it) and stores its bytes through `host`.
+///
+/// `cad` is consumed: colon, header and checksum are cut off while the procedure works. After a data record
+/// the mirror cells are refreshed.
+/// @throws RuntimeError subscript when the data runs past FFFF; the bytes before stay stored.
+RecordCode extlinfic(std::string& cad, MachineState& m, Host& host);
+
+/// Loads a file up to its end record. Every byte is stored as it is read: a load that fails later leaves the
+/// records before in memory. Only a successful load clears the breakpoints, and it is successful whatever the
+/// checksums of the data records were.
+LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host);
+
+}  // namespace tavinor

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavinor {
+
+/// Reads the lines of a HEX file, one after the other, without the blanks around them. Lines end in CR LF, LF
+/// or CR; the last one needs no end.
+///
+/// A record never needs more than `maximumLength` characters from the start of its line and the last two of
+/// it, so of a longer line only these are kept: a file without a line end costs no memory.
+class RecordReader {
+  public:
+    /// Colon, count, address and type, 255 data bytes and the checksum.
+    static constexpr std::size_t maximumLength = 1 + 2 + 4 + 2 + 2 * 255 + 2;
+
+    /// @throws std::ios_base::failure when `path` cannot be opened or is no regular file.
+    explicit RecordReader(const std::filesystem::path& path);
+
+    /// The next line, or nothing at the end of the file. @throws std::ios_base::failure on a read error.
+    std::optional<std::string> next();
+
+  private:
+    int nextCharacter();
+
+    std::ifstream file_;
+    std::vector<char> buffer_;
+    std::size_t position_ = 0;
+    std::size_t filled_ = 0;
+    bool afterCarriageReturn_ = false;
+};
+
+}  // namespace tavinor
