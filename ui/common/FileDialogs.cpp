@@ -1,0 +1,78 @@
+#include "ui/common/FileDialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileSystemModel>
+#include <QLineEdit>
+#include <QSettings>
+#include <QStringList>
+
+namespace tavinor {
+
+namespace {
+
+/// The toolkit's file dialog writes its size and folders to the user's home when it closes. Nothing of this
+/// program is persisted, so its settings get a place where nothing can be written.
+void keepSettingsOutOfTheHome() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral(":/none"));
+}
+
+struct NameFilter {
+    QString text;
+    QString pattern;
+};
+
+QList<NameFilter> nameFilters(const QString& filter) {
+    const QStringList parts = filter.split('|');
+    QList<NameFilter> filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) filters.append({parts[i], parts[i + 1]});
+    return filters;
+}
+
+/// Shows the filters' texts to the letter and filters by their patterns, which the toolkit would otherwise
+/// take from the parentheses of the text: there "*.*" would leave out the files without a dot.
+void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
+    QStringList texts;
+    for (const NameFilter& filter : filters) texts.append(filter.text);
+    dialog.setNameFilters(texts);
+    auto* model = dialog.findChild<QFileSystemModel*>();
+    const auto apply = [model, filters](const QString& text) {
+        for (const NameFilter& filter : filters) {
+            if (filter.text == text && model != nullptr) {
+                model->setNameFilters({filter.pattern == "*.*" ? QStringLiteral("*") : filter.pattern});
+            }
+        }
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, apply);
+    if (!texts.isEmpty()) apply(texts.first());
+}
+
+std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
+    keepSettingsOutOfTheHome();
+    QFileDialog dialog(parent, texts.title);
+    dialog.setObjectName(QStringLiteral("fileDialog"));
+    dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    installFilters(dialog, nameFilters(texts.filter));
+    if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+        name->setText(texts.initialName);
+        name->selectAll();
+    }
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    const QStringList chosen = dialog.selectedFiles();
+    if (chosen.isEmpty()) return std::nullopt;
+    return QDir::toNativeSeparators(chosen.first());
+}
+
+}  // namespace
+
+std::optional<QString> askFileToOpen(QWidget* parent, const FileDialogTexts& texts) {
+    return askFile(parent, texts, QFileDialog::AcceptOpen);
+}
+
+std::optional<QString> askFileToSave(QWidget* parent, const FileDialogTexts& texts) {
+    return askFile(parent, texts, QFileDialog::AcceptSave);
+}
+
+}  // namespace tavinor

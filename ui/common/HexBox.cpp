@@ -1,0 +1,178 @@
+#include "ui/common/HexBox.h"
+
+#include <QFocusEvent>
+#include <QFontMetrics>
+#include <QMouseEvent>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <QWindow>
+
+#include "machine/HexText.h"
+#include "ui/common/FixedFont.h"
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+namespace {
+
+/// Focus changes that do not leave the box: another window, a context menu, the menu bar.
+bool staysInBox(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+           reason == Qt::MenuBarFocusReason;
+}
+
+}  // namespace
+
+std::optional<QString> rutvalidate(const QString& text, int digits) {
+    static const QString allowed = QStringLiteral("0123456789ABCDEF");
+    QString normal;
+    for (const QChar c : text) {
+        if (normal.isEmpty() && c == ' ') continue;
+        // Letter by letter: in a whole text, a ligature would turn into two letters.
+        const QChar upper = c.toUpper();
+        if (!allowed.contains(upper) || normal.size() == digits) return std::nullopt;
+        normal += upper;
+    }
+    return normal.rightJustified(digits, '0');
+}
+
+HexBox::HexBox(const QString& name, const QString& accessibleName, int digits, QWidget* parent, Blank blank)
+    : QLineEdit(parent), digits_(digits), blank_(blank) {
+    named(this, name, accessibleName);
+    setFont(fixedFont());
+    setAlignment(Qt::AlignCenter);
+    setAcceptDrops(false);
+    showText(QString(digits, '0'));
+    connect(this, &QLineEdit::textChanged, this, &HexBox::noteEdit);
+
+    const QFontMetrics metrics(font());
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QSize content(metrics.horizontalAdvance(QString(digits + 1, '0')) + 4, metrics.height());
+    setFixedWidth(style()->sizeFromContents(QStyle::CT_LineEdit, &option, content, this).width());
+}
+
+int HexBox::value() const {
+    return dec(text().toStdString());
+}
+
+void HexBox::showText(const QString& text) {
+    shown_ = text;
+    if (this->text() == text) {
+        noteEdit();
+        return;
+    }
+    const bool wasSelected = hasFocus() && selectedText() == this->text();
+    setText(text);
+    setCursorPosition(0);
+    if (wasSelected) selectAll();
+}
+
+void HexBox::showValue(int value) {
+    showText(QString::fromStdString(hexa(value, digits_)));
+}
+
+void HexBox::noteEdit() {
+    const bool edited = text() != shown_;
+    if (edited == edited_) return;
+    edited_ = edited;
+    emit editedChanged(edited);
+}
+
+bool HexBox::leave() {
+    if (refusing_) return false;
+    selectAll();
+    const bool blank = text().count(' ') == text().size();
+    std::optional<QString> normal = rutvalidate(text(), digits_);
+    if (blank && blank_ == Blank::kept) normal = text();
+    if (!normal) {
+        refuse();
+        return false;
+    }
+    entered_ = false;
+    showText(*normal);
+    setCursorPosition(0);
+    emit validated();
+    emit left();
+    return true;
+}
+
+void HexBox::refuse() {
+    refusing_ = true;
+    showMessage(window(), QStringLiteral("Valor incorrecto"));
+    refusing_ = false;
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+}
+
+void HexBox::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    watchPresses(true);
+    if (entered_ || refusing_) return;
+    entered_ = true;
+    selectOnPress_ = event->reason() == Qt::MouseFocusReason;
+    rutgotfocus();
+}
+
+void HexBox::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    if (staysInBox(event->reason()) || !isVisible()) return;
+    watchPresses(false);
+    // Whoever took the focus without asking (an assistive tool, for example) has it taken back by a refusal.
+    if (entered_) leave();
+}
+
+void HexBox::mousePressEvent(QMouseEvent* event) {
+    if (selectOnPress_) {
+        selectOnPress_ = false;
+        return;
+    }
+    QLineEdit::mousePressEvent(event);
+}
+
+bool HexBox::focusNextPrevChild(bool next) {
+    if (entered_ && !leave()) return true;
+    return QLineEdit::focusNextPrevChild(next);
+}
+
+void HexBox::watchPresses(bool on) {
+    QWindow* handle = window()->windowHandle();
+    if (handle == nullptr) return;
+    handle->removeEventFilter(this);
+    if (on) handle->installEventFilter(this);
+}
+
+/// The toolkit gives the focus to the pressed control before the control sees the press. So the press is
+/// caught on its way into the window: refused, nobody gets it.
+bool HexBox::eventFilter(QObject* watched, QEvent* event) {
+    const bool press =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (press && entered_ && hasFocus()) {
+        const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();
+        const QWidget* taker = focusTakerAt(position);
+        if (taker != nullptr && taker != this && !leave()) return true;
+    }
+    return QLineEdit::eventFilter(watched, event);
+}
+
+QWidget* HexBox::focusTakerAt(const QPoint& position) const {
+    for (QWidget* w = window()->childAt(position); w != nullptr && !w->isWindow(); w = w->parentWidget()) {
+        if (w->isEnabled() && (w->focusPolicy() & Qt::ClickFocus) != 0) return w;
+    }
+    return nullptr;
+}
+
+bool leaveFocusedBox(const QWidget* window, QWidget* next) {
+    auto* box = qobject_cast<HexBox*>(window->focusWidget());
+    if (box == nullptr) return true;
+    if (!box->leave()) return false;
+    if (next != nullptr) {
+        next->setFocus(Qt::ShortcutFocusReason);
+    } else {
+        box->reenter();
+    }
+    return true;
+}
+
+}  // namespace tavinor

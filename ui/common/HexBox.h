@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QString>
+#include <optional>
+
+namespace tavinor {
+
+/// The shared check of a hexadecimal text for a box of `digits` (2 or 4) digits: leading blanks are dropped,
+/// every other character must be a digit of either case, and there may be no more than `digits` of them. The
+/// accepted text comes back in upper case, padded with zeros; a refused one as nothing.
+std::optional<QString> rutvalidate(const QString& text, int digits);
+
+/// A box for two or four hexadecimal digits.
+///
+/// What is typed means nothing until the box is left; then it is checked, written back in its normal form,
+/// and `left` tells the window. A refused text shows "Valor incorrecto" once and stays, all selected, with
+/// the focus; whatever would have taken the focus does not happen. Leaving is moving to another control of
+/// the same window: another window, a menu or a context menu is not. `left` follows also when nothing was
+/// typed.
+class HexBox : public QLineEdit {
+    Q_OBJECT
+
+  public:
+    enum class Blank {
+        padded,  ///< An empty text becomes zeros.
+        kept,    ///< An empty or blank text is accepted as it stands.
+    };
+
+    HexBox(const QString& name, const QString& accessibleName, int digits, QWidget* parent,
+           Blank blank = Blank::padded);
+
+    [[nodiscard]] int digits() const { return digits_; }
+    /// The value of the text, 0..65535 once the box has been left.
+    [[nodiscard]] int value() const;
+
+    /// Shows `text` without any signal: what was typed is gone.
+    void showText(const QString& text);
+    /// Shows a value in the box's number of digits.
+    void showValue(int value);
+
+    /// Whether the text differs from what was shown last: somebody is typing.
+    [[nodiscard]] bool edited() const { return edited_; }
+
+    /// Leaves the box as moving the focus would: checks the text and announces it. False when it was refused.
+    bool leave();
+    /// Counts the box as entered again: it was left, but the focus has stayed.
+    void reenter() { entered_ = true; }
+
+  signals:
+    /// The text was accepted and is about to be announced by `left`.
+    void validated();
+    /// The user left the box with an accepted text.
+    void left();
+    void editedChanged(bool edited);
+
+  protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    /// rutgotfocus: selects the whole text, so that typing replaces it.
+    void rutgotfocus() { selectAll(); }
+    void refuse();
+    void noteEdit();
+    void watchPresses(bool on);
+    [[nodiscard]] QWidget* focusTakerAt(const QPoint& position) const;
+
+    int digits_;
+    Blank blank_;
+    QString shown_;
+    bool edited_ = false;
+    bool entered_ = false;        // in the box since it was last left
+    bool refusing_ = false;       // its message is open
+    bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
+};
+
+/// Leaves the hexadecimal box that has the focus of `window`, if one has it: every command does so first. The
+/// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused; then
+/// the command must not act.
+bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);
+
+}  // namespace tavinor

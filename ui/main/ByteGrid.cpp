@@ -1,0 +1,142 @@
+#include "ui/main/ByteGrid.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <utility>
+
+#include "machine/HexText.h"
+#include "machine/MachineState.h"
+#include "ui/common/FixedFont.h"
+
+namespace tavinor {
+
+namespace {
+
+QString hexText(int value, int digits) {
+    return QString::fromStdString(hexa(value, digits));
+}
+
+}  // namespace
+
+ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
+    : QAbstractTableModel(parent), bytes_(static_cast<std::size_t>(size)), digits_(digits) {}
+
+int ByteGridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(bytes_.size()) / columns;
+}
+
+int ByteGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : columns;
+}
+
+QVariant ByteGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const std::int32_t address = index.row() * columns + index.column();
+    switch (role) {
+        case Qt::DisplayRole: return cellText(address);
+        case Qt::TextAlignmentRole: return static_cast<int>(Qt::AlignCenter);
+        case Qt::AccessibleTextRole:
+            return hexText(address, digits_) + QStringLiteral(": ") + cellText(address);
+        default: return {};
+    }
+}
+
+QVariant ByteGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole) return {};
+    if (orientation == Qt::Vertical) return hexText(section * columns, digits_);
+    return QStringLiteral(" ") + hexText(section, 1);
+}
+
+void ByteGridModel::setCell(std::int32_t address, std::uint8_t byte) {
+    bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))] = byte;
+    changed_ = true;
+}
+
+bool ByteGridModel::takeChanged() {
+    return std::exchange(changed_, false);
+}
+
+QString ByteGridModel::cellText(std::int32_t address) const {
+    return hexText(bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))], 2);
+}
+
+ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
+    : QTableView(parent), model_(model) {
+    setFont(fixedFont());
+    setModel(model);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);  // Tab goes on to the next control
+    setCornerButtonEnabled(false);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(visibleRows > 0 ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
+    fitColumns();
+    if (visibleRows > 0) {
+        const int rows = visibleRows * verticalHeader()->defaultSectionSize();
+        setFixedHeight(rows + horizontalHeader()->sizeHint().height() + 2 * frameWidth());
+    }
+    showCurrent(0);
+}
+
+void ByteGrid::fitColumns() {
+    const QFontMetrics metrics(font());
+    horizontalHeader()->setFont(font());
+    verticalHeader()->setFont(font());
+    horizontalHeader()->setSectionsClickable(false);
+    verticalHeader()->setSectionsClickable(false);
+    const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 7;
+    horizontalHeader()->setMinimumSectionSize(cell);
+    horizontalHeader()->setDefaultSectionSize(cell);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    verticalHeader()->setMinimumSectionSize(metrics.height());
+    verticalHeader()->setDefaultSectionSize(metrics.height() + 2);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    const int bar =
+        verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn ? verticalScrollBar()->sizeHint().width() : 0;
+    setMinimumWidth(ByteGridModel::columns * cell + verticalHeader()->sizeHint().width() + bar +
+                    2 * frameWidth());
+}
+
+std::int32_t ByteGrid::currentAddress() const {
+    return currentIndex().row() * ByteGridModel::columns + currentIndex().column();
+}
+
+void ByteGrid::showCurrent(std::int32_t address) {
+    const QScopedValueRollback<bool> silent(showing_, true);
+    const QModelIndex index =
+        model_->index(address / ByteGridModel::columns, address % ByteGridModel::columns);
+    setAutoScroll(false);  // the first visible row is the caller's business
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(true);
+}
+
+void ByteGrid::scrollNear(std::int32_t address) {
+    const int row = address / ByteGridModel::columns;
+    verticalScrollBar()->setValue(row > 0 ? row - 1 : 0);
+}
+
+void ByteGrid::refresh() {
+    if (model_->takeChanged()) viewport()->update();
+}
+
+void ByteGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (!showing_ && current.isValid()) announce();
+}
+
+void ByteGrid::mousePressEvent(QMouseEvent* event) {
+    const QModelIndex before = currentIndex();
+    QTableView::mousePressEvent(event);
+    // A press on the cell that is current already selects it as well.
+    if (currentIndex() == before && indexAt(event->pos()) == before && before.isValid()) announce();
+}
+
+void ByteGrid::announce() {
+    emit cellSelected(currentAddress());
+}
+
+}  // namespace tavinor

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QTableView>
+#include <cstdint>
+#include <vector>
+
+namespace tavinor {
+
+/// What a byte grid shows: its own bytes, sixteen a row. They follow the machine only through `setCell`, so a
+/// byte that the machine borrows for a moment is not seen here.
+class ByteGridModel : public QAbstractTableModel {
+    Q_OBJECT
+
+  public:
+    static constexpr int columns = 16;
+
+    /// `digits` is the width of the row headers; `size` the number of cells, a multiple of 16. All cells are
+    /// 00.
+    ByteGridModel(int size, int digits, QObject* parent);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    /// Changes a cell's byte. Nothing is drawn until `takeChanged` has been asked.
+    /// @throws RuntimeError subscript when `address` has no cell.
+    void setCell(std::int32_t address, std::uint8_t byte);
+    /// Whether a cell has changed since the last question.
+    [[nodiscard]] bool takeChanged();
+    /// The text of a cell, two digits.
+    [[nodiscard]] QString cellText(std::int32_t address) const;
+
+  private:
+    std::vector<std::uint8_t> bytes_;
+    int digits_;
+    bool changed_ = false;
+};
+
+/// The table of a byte grid. Its current cell is the selected address.
+class ByteGrid : public QTableView {
+    Q_OBJECT
+
+  public:
+    /// A grid with `visibleRows` shows exactly these rows and never scrolls; 0 lets it grow and scroll.
+    ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent);
+
+    [[nodiscard]] std::int32_t currentAddress() const;
+    /// Makes a cell the current one, without a signal.
+    void showCurrent(std::int32_t address);
+    /// Shows `address` with one row of context above it.
+    void scrollNear(std::int32_t address);
+    /// Draws the cells that changed.
+    void refresh();
+
+  signals:
+    /// The user selected a cell, by mouse, keyboard or an assistive tool.
+    void cellSelected(std::int32_t address);
+
+  protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+  private:
+    void fitColumns();
+    void announce();
+
+    ByteGridModel* model_;
+    bool showing_ = false;
+};
+
+}  // namespace tavinor

@@ -1,0 +1,79 @@
+#include "ui/main/BytePanel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "machine/HexText.h"
+#include "machine/MachineState.h"
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
+    : QGroupBox(names.title, parent),
+      model_(new ByteGridModel(names.cells, names.addressDigits, this)),
+      grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)),
+      address_(new HexBox(names.address, names.addressAccessible, names.addressDigits, this)),
+      data_(new HexBox(names.data, names.dataAccessible, 2, this)) {
+    auto* boxes = new QHBoxLayout;
+    boxes->addWidget(new QLabel(QStringLiteral("Dirección:"), this));
+    boxes->addWidget(address_);
+    boxes->addSpacing(12);
+    boxes->addWidget(new QLabel(QStringLiteral("Dato:"), this));
+    boxes->addWidget(data_);
+    boxes->addStretch();
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(boxes);
+    layout->addWidget(grid_);
+
+    connect(grid_, &ByteGrid::cellSelected, this, &BytePanel::selectCell);
+    connect(address_, &HexBox::left, this, &BytePanel::addressLeft);
+    connect(data_, &HexBox::left, this, [this] { emit byteEntered(address_->value(), data_->value()); });
+}
+
+void BytePanel::showSelectedCell() {
+    const std::int32_t address = grid_->currentAddress();
+    address_->showValue(address);
+    data_->showText(model_->cellText(address));
+}
+
+void BytePanel::selectCell() {
+    // An assistive tool can select a cell without moving the focus.
+    if (leaveFocusedBox(window())) showSelectedCell();
+}
+
+/// The data box keeps its text until a cell is selected.
+void BytePanel::addressLeft() {
+    const std::int32_t address = address_->value();
+    grid_->showCurrent(address);
+    grid_->scrollNear(address);
+}
+
+BytePanelNames memoryPanelNames() {
+    return {.title = QStringLiteral("Memoria"),
+            .grid = QStringLiteral("grdmem"),
+            .gridAccessible = QStringLiteral("Contenido de la memoria"),
+            .address = QStringLiteral("txtDirMem"),
+            .addressAccessible = QStringLiteral("Dirección de memoria"),
+            .data = QStringLiteral("txtDatMem"),
+            .dataAccessible = QStringLiteral("Dato de memoria"),
+            .cells = memorySize,
+            .addressDigits = 4,
+            .visibleRows = 0};
+}
+
+BytePanelNames portPanelNames() {
+    return {.title = QStringLiteral("Puertos de E/S"),
+            .grid = QStringLiteral("grdport"),
+            .gridAccessible = QStringLiteral("Contenido de los puertos"),
+            .address = QStringLiteral("txtDirPort"),
+            .addressAccessible = QStringLiteral("Dirección de puerto"),
+            .data = QStringLiteral("txtDatPort"),
+            .dataAccessible = QStringLiteral("Dato de puerto"),
+            .cells = portCount,
+            .addressDigits = 2,
+            .visibleRows = portCount / ByteGridModel::columns};
+}
+
+}  // namespace tavinor

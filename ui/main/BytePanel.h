@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QString>
+#include <cstdint>
+
+#include "ui/common/HexBox.h"
+#include "ui/main/ByteGrid.h"
+
+namespace tavinor {
+
+/// What tells the memory panel from the port panel: names, captions and sizes.
+struct BytePanelNames {
+    QString title;
+    QString grid, gridAccessible;
+    QString address, addressAccessible;
+    QString data, dataAccessible;
+    int cells;
+    int addressDigits;
+    int visibleRows;  ///< 0 = as many as there is room for
+};
+
+/// A framed group with a byte grid and the boxes "Dirección:" and "Dato:" for its selected cell. The grid is
+/// a view: an entered byte is announced, and comes back through `setCell`.
+class BytePanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    BytePanel(const BytePanelNames& names, QWidget* parent);
+
+    /// @throws RuntimeError subscript when `address` has no cell.
+    void setCell(std::int32_t address, std::uint8_t byte) { model_->setCell(address, byte); }
+    /// Makes a cell the current one; neither the boxes nor the first visible row change.
+    void showCurrent(std::int32_t address) { grid_->showCurrent(address); }
+    /// Draws what changed.
+    void bringUpToDate() { grid_->refresh(); }
+    /// Copies address and text of the current cell into the boxes.
+    void showSelectedCell();
+
+  signals:
+    /// The data box was left: `data` (0..255) is meant for `address`.
+    void byteEntered(std::int32_t address, int data);
+
+  private:
+    void selectCell();
+    void addressLeft();
+
+    ByteGridModel* model_;
+    ByteGrid* grid_;
+    HexBox* address_;
+    HexBox* data_;
+};
+
+/// The panel "Memoria" with `grdmem`, `txtDirMem` and `txtDatMem`.
+BytePanelNames memoryPanelNames();
+/// The panel "Puertos de E/S" with `grdport`, `txtDirPort` and `txtDatPort`.
+BytePanelNames portPanelNames();
+
+}  // namespace tavinor

@@ -1,0 +1,61 @@
+#include "ui/main/EntryPanel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "ui/common/FixedFont.h"
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+namespace {
+
+bool isBlank(const HexBox* box) {
+    return box->text().trimmed().isEmpty();
+}
+
+constexpr int longestInstruction = 15;  // a blank and "LXI SP,palabra"
+
+}  // namespace
+
+EntryPanel::EntryPanel(QWidget* parent)
+    : QGroupBox(QStringLiteral("Instrucción"), parent),
+      txtDIR(new HexBox(QStringLiteral("txtDIR"), QStringLiteral("Dirección de la instrucción"), 4, this)),
+      INSCO(new HexBox(QStringLiteral("INSCO"), QStringLiteral("Código de la instrucción"), 2, this,
+                       HexBox::Blank::kept)),
+      INSOP1(new HexBox(QStringLiteral("INSOP1"), QStringLiteral("Primer byte del operando"), 2, this,
+                        HexBox::Blank::kept)),
+      INSOP2(new HexBox(QStringLiteral("INSOP2"), QStringLiteral("Segundo byte del operando"), 2, this,
+                        HexBox::Blank::kept)),
+      INS(named(new QLabel(this), QStringLiteral("INS"), QStringLiteral("Texto de la instrucción"))) {
+    INS->setFont(fixedFont());
+    INS->setTextFormat(Qt::PlainText);
+    INS->setMinimumWidth(INS->fontMetrics().horizontalAdvance(QString(longestInstruction, '0')));
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(txtDIR);
+    layout->addSpacing(6);
+    for (HexBox* box : {INSCO, INSOP1, INSOP2}) layout->addWidget(box);
+    layout->addWidget(INS, 1);
+
+    connect(txtDIR, &HexBox::left, this, [this] { emit addressEntered(txtDIR->value()); });
+    connect(INSCO, &HexBox::left, this, [this] {
+        if (!isBlank(INSCO)) emit codeEntered(txtDIR->value(), INSCO->value());
+    });
+    const auto connectOperand = [this](HexBox* box, int place) {
+        connect(box, &HexBox::left, this, [this, box, place] {
+            if (!isBlank(box)) emit operandEntered(txtDIR->value() + place, box->value());
+        });
+    };
+    connectOperand(INSOP1, 1);
+    connectOperand(INSOP2, 2);
+}
+
+void EntryPanel::showRow(const QString& row) {
+    txtDIR->showText(row.left(4));
+    INSCO->showText(row.mid(5, 2).trimmed());
+    INSOP1->showText(row.mid(8, 2).trimmed());
+    INSOP2->showText(row.mid(11, 2).trimmed());
+    INS->setText(row.mid(14));
+}
+
+}  // namespace tavinor

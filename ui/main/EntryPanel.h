@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QString>
+#include <cstdint>
+
+#include "ui/common/HexBox.h"
+
+class QLabel;
+
+namespace tavinor {
+
+/// The group "Instrucción": an address and up to three bytes, typed straight into memory. A blank byte box
+/// writes nothing. The boxes keep their texts after a write.
+class EntryPanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    explicit EntryPanel(QWidget* parent);
+
+    /// Copies a row of the listing into the boxes; those of bytes that the instruction lacks become empty.
+    void showRow(const QString& row);
+
+  signals:
+    void addressEntered(std::int32_t address);
+    /// The code box was left with `code` (0..255), meant for `address`.
+    void codeEntered(std::int32_t address, int code);
+    /// An operand box was left with `operand` (0..255), meant for `address` (0..65537).
+    void operandEntered(std::int32_t address, int operand);
+
+  private:
+    HexBox *txtDIR, *INSCO, *INSOP1, *INSOP2;
+    QLabel* INS;
+};
+
+}  // namespace tavinor

@@ -1,0 +1,144 @@
+#include "ui/main/Halt.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QRadioButton>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+namespace {
+
+struct OptionName {
+    const char* caption;
+    const char* accessible;
+};
+constexpr std::array<OptionName, Halt::optionCount> optionNames{{
+    {"RESET", "Salir con RESET"},
+    {"TRAP", "Salir con TRAP"},
+    {"RST5.5", "Salir con RST 5.5"},
+    {"RST6.5", "Salir con RST 6.5"},
+    {"RST7.5", "Salir con RST 7.5"},
+    {"INTR", "Salir con INTR"},
+}};
+
+QFont arial(const QFont& base, bool bold) {
+    QFont font(QStringLiteral("Arial"));
+    font.setPointSizeF(base.pointSizeF() * (bold ? 1.2 : 1.0));
+    font.setBold(bold);
+    return font;
+}
+
+}  // namespace
+
+Halt::Halt(QWidget* parent)
+    : QDialog(parent),
+      txtVec(new HexBox(QStringLiteral("txtVec"), QStringLiteral("Vector de INTR"), 2, this)),
+      eje(named(new QCheckBox(QStringLiteral("Continuar ejecución"), this), QStringLiteral("eje"),
+                QStringLiteral("Continuar ejecución"))),
+      aceptar(new CommandButton(QStringLiteral("aceptar"), QStringLiteral("Aceptar"),
+                                QStringLiteral("Aceptar"), this)) {
+    setObjectName(QStringLiteral("Halt"));
+    setWindowTitle(applicationTitle());
+    setWindowModality(Qt::ApplicationModal);
+    layOut();
+    setRunning(false);
+    connect(txtVec, &HexBox::left, this, [this] { emit vectorLeft(txtVec->text()); });
+    connect(aceptar, &CommandButton::command, this, &Halt::aceptar_Click);
+}
+
+void Halt::layOut() {
+    auto* layout = new QVBoxLayout(this);
+    const auto addLabel = [this, layout](const char* name, const char* text, bool bold) {
+        auto* label = new QLabel(QString::fromUtf8(text), this);
+        label->setObjectName(QString::fromLatin1(name));
+        label->setFont(arial(font(), bold));
+        layout->addWidget(label);
+    };
+    addLabel("Label1", "Programa Parado por instrucción HLT", true);
+    addLabel("Label2", "Seleccione modo de salida", false);
+    for (int i = 0; i < optionCount; ++i) {
+        const OptionName& name = optionNames[static_cast<std::size_t>(i)];
+        auto* option = new QRadioButton(QString::fromLatin1(name.caption), this);
+        opt[static_cast<std::size_t>(i)] =
+            named(option, QStringLiteral("opt%1").arg(i), QString::fromLatin1(name.accessible));
+        option->setFocusPolicy(Qt::StrongFocus);
+        if (i != intr) layout->addWidget(option);
+    }
+    auto* vector = new QLabel(QStringLiteral("Vector:"), this);
+    vector->setObjectName(QStringLiteral("Label33"));
+    auto* intrRow = new QHBoxLayout;
+    intrRow->addWidget(opt[intr]);
+    intrRow->addStretch();
+    intrRow->addWidget(vector);
+    intrRow->addWidget(txtVec);
+    layout->addLayout(intrRow);
+    layout->addSpacing(8);
+    layout->addWidget(eje);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(aceptar);
+    layout->addLayout(buttons);
+    aceptar->setDefault(true);
+
+    for (std::size_t i = 1; i < opt.size(); ++i) setTabOrder(opt[i - 1], opt[i]);
+    setTabOrder(opt[intr], txtVec);
+    setTabOrder(txtVec, eje);
+    setTabOrder(eje, aceptar);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void Halt::ask() {
+    QEventLoop loop;
+    const QScopedValueRollback<QEventLoop*> mine(showing_, &loop);
+    show();
+    loop.exec();
+}
+
+/// Selected once for each showing, not again when a message box over the dialog closes.
+void Halt::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (event->spontaneous()) return;
+    opt[reset]->setChecked(true);
+    opt[reset]->setFocus();
+}
+
+void Halt::closeEvent(QCloseEvent* event) {
+    event->ignore();
+}
+
+void Halt::aceptar_Click() {
+    QEventLoop* showing = showing_;
+    hide();
+    for (int i = 0; i < optionCount; ++i) {
+        if (opt[static_cast<std::size_t>(i)]->isChecked()) {
+            emit chosen(i);
+            break;
+        }
+    }
+    if (showing != nullptr) showing->quit();
+}
+
+void Halt::allow(const RequestsAllowed& allowed) {
+    opt[rst55]->setEnabled(allowed.rst55);
+    opt[rst65]->setEnabled(allowed.rst65);
+    opt[rst75]->setEnabled(allowed.rst75);
+    opt[intr]->setEnabled(allowed.intr);
+}
+
+void Halt::setRunning(bool running) {
+    eje->setChecked(running);
+    eje->setEnabled(running);
+}
+
+bool Halt::continues() const {
+    return eje->isChecked();
+}
+
+}  // namespace tavinor

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+#include <array>
+
+#include "ui/common/HexBox.h"
+#include "ui/main/InterruptPanel.h"
+
+class QCheckBox;
+class QEventLoop;
+class QRadioButton;
+
+namespace tavinor {
+
+/// The dialog that a HLT opens: it is left with "Aceptar" alone, after a way out has been chosen.
+class Halt : public QDialog {
+    Q_OBJECT
+
+  public:
+    /// The ways out, by the index of their option.
+    enum Option { reset, trap, rst55, rst65, rst75, intr };
+    static constexpr int optionCount = 6;
+
+    explicit Halt(QWidget* parent);
+
+    /// Shows the dialog and returns when the chosen way out has been carried out. It may be called again
+    /// while the way out runs, when that executes another HLT.
+    void ask();
+
+    /// Enables the options of the requests that the machine allows; RESET and TRAP always are.
+    void allow(const RequestsAllowed& allowed);
+    /// A run ticks and enables "Continuar ejecución"; its end unticks and disables it.
+    void setRunning(bool running);
+    /// Whether a run goes on after the dialog.
+    [[nodiscard]] bool continues() const;
+
+  signals:
+    /// The vector box was left: its text is the main window's vector from now on.
+    void vectorLeft(const QString& text);
+    /// "Aceptar" was pressed and the dialog is hidden: the way out is to be carried out now.
+    void chosen(int option);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void reject() override {}  // Esc chooses nothing
+
+  private:
+    void layOut();
+    void aceptar_Click();
+
+    std::array<QRadioButton*, optionCount> opt{};
+    HexBox* txtVec;
+    QCheckBox* eje;
+    CommandButton* aceptar;
+    QEventLoop* showing_ = nullptr;
+};
+
+}  // namespace tavinor

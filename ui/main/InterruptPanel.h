@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QString>
+
+#include "machine/MachineState.h"
+#include "ui/common/Commands.h"
+#include "ui/common/HexBox.h"
+
+class QLayout;
+
+namespace tavinor {
+
+/// Which interrupt requests the user can make. TRAP and reset always can.
+struct RequestsAllowed {
+    bool rst55 = false, rst65 = false, rst75 = false;
+    bool intr = false;
+};
+
+/// INTR while interrupts are enabled; an RST line while, besides, it is not masked.
+RequestsAllowed requestsAllowed(const InterruptState& state);
+
+/// The group "Interrupciones": masks, enable, serial lines, the request buttons and the INTR vector. The
+/// check boxes change the machine; a request is announced and carried out by the window.
+class InterruptPanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    InterruptPanel(MachineState& machine, QWidget* parent);
+
+    /// Shows the machine's interrupt state and lines, and allows the requests that it allows. Serves nothing.
+    void bringUpToDate();
+    /// The text of the vector box.
+    [[nodiscard]] QString vector() const { return txtVec->text(); }
+    void setVector(const QString& text) { txtVec->showText(text); }
+
+  signals:
+    void intrRequested();
+    void rst55Requested();
+    void rst65Requested();
+    void rst75Requested();
+    void trapRequested();
+    /// The buttons have been enabled and disabled: the halt dialog's options follow.
+    void allowedChanged(const tavinor::RequestsAllowed& allowed);
+
+  private:
+    QLayout* makeMaskBoxes();
+    QLayout* makeLineBoxes();
+    QLayout* makeButtons();
+    QLayout* makeVectorRow();
+    void allow();
+    void serveLatchedRst75();
+    void CHK55_Click(bool checked);
+    void CHK65_Click(bool checked);
+    void CHK75_Click(bool checked);
+    void CHKEI_Click(bool checked);
+    void chkSID_Click(bool checked);
+
+    MachineState& machine_;
+    CommandCheckBox *CHK55, *CHK65, *CHK75, *CHKEI, *chkSID;
+    DisplayCheckBox* ChkSOD;
+    CommandButton *Rst55, *Rst65, *Rst75, *Trap, *Intr;
+    HexBox* txtVec;
+};
+
+}  // namespace tavinor

@@ -1,0 +1,180 @@
+#include "ui/main/ListingPanel.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QWheelEvent>
+#include <cstdlib>
+
+#include "ui/common/FixedFont.h"
+#include "ui/common/HexBox.h"
+#include "ui/common/Naming.h"
+#include "ui/main/ListingRowDelegate.h"
+
+namespace tavinor {
+
+namespace {
+
+constexpr int breakpointColumn = 4;
+
+/// What a screen reader adds to a row's text.
+QString spokenRow(const QString& text, bool isProgramCounter) {
+    QString spoken = text;
+    if (text.at(breakpointColumn) == '*') spoken += QStringLiteral(", punto de ruptura");
+    if (isProgramCounter) spoken += QStringLiteral(", contador de programa");
+    return spoken;
+}
+
+}  // namespace
+
+ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
+    named(this, QStringLiteral("prg"), QStringLiteral("Listado del programa"));
+    setFont(fixedFont());
+    setUniformItemSizes(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // the panel has a bar of its own
+    setItemDelegate(new ListingRowDelegate(this));
+    connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!showing_ && row >= 0) emit prg_Click();
+    });
+    connect(this, &QListWidget::doubleClicked, this, &ListingView::prg_DblClick);
+}
+
+void ListingView::showRows(const Listing& listing, std::int32_t programCounter) {
+    const QScopedValueRollback<bool> silent(showing_, true);
+    const auto wanted = static_cast<int>(listing.rows().size());
+    while (count() < wanted) addItem(QString());
+    while (count() > wanted) delete takeItem(count() - 1);
+    for (int row = 0; row < wanted; ++row) {
+        const QString text = QString::fromStdString(listing.rows()[static_cast<std::size_t>(row)]);
+        const bool isProgramCounter = listing.address(row) == programCounter;
+        item(row)->setText(text);
+        item(row)->setData(programCounterRole, isProgramCounter);
+        item(row)->setData(Qt::AccessibleTextRole, spokenRow(text, isProgramCounter));
+    }
+    setCurrentRow(listing.selected());
+}
+
+void ListingView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter: QApplication::beep(); return;
+        case Qt::Key_F9: emit prg_DblClick(); return;
+        case Qt::Key_Up: emit upPressed(); break;
+        case Qt::Key_Down: emit downPressed(); break;
+        default: break;
+    }
+    QListWidget::keyPressEvent(event);
+}
+
+void ListingView::mousePressEvent(QMouseEvent* event) {
+    const int before = currentRow();
+    QListWidget::mousePressEvent(event);
+    // A press on the row that is selected already counts as well.
+    const QListWidgetItem* pressed = itemAt(event->pos());
+    if (pressed != nullptr && currentRow() == before && row(pressed) == before) emit prg_Click();
+}
+
+void ListingView::wheelEvent(QWheelEvent* event) {
+    wheelRest_ += event->angleDelta().y();
+    const int steps = wheelRest_ / QWheelEvent::DefaultDeltasPerStep;
+    wheelRest_ %= QWheelEvent::DefaultDeltasPerStep;
+    if (steps != 0) emit wheelTurned(steps);
+    event->accept();
+}
+
+ListingPanel::ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWidget* parent)
+    : QGroupBox(QStringLiteral("Programa"), parent),
+      listing_(machine, breakpoints),
+      breakpoints_(breakpoints),
+      prg(new ListingView(this)),
+      scrollBar_(new QScrollBar(Qt::Vertical, this)) {
+    scrollBar_->setObjectName(QStringLiteral("prgScrollBar"));
+    scrollBar_->setAccessibleName(QStringLiteral("Desplazamiento del listado"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setSpacing(0);
+    layout->addWidget(prg);
+    layout->addWidget(scrollBar_);
+    connect(prg, &ListingView::prg_Click, this, &ListingPanel::prg_Click);
+    connect(prg, &ListingView::prg_DblClick, this, &ListingPanel::prg_DblClick);
+    connect(prg, &ListingView::upPressed, this, [this] { prg_KeyDown(Qt::Key_Up); });
+    connect(prg, &ListingView::downPressed, this, [this] { prg_KeyDown(Qt::Key_Down); });
+    connect(prg, &ListingView::wheelTurned, this, &ListingPanel::turnWheel);
+    connect(scrollBar_, &QScrollBar::actionTriggered, this, &ListingPanel::scrollBarUsed);
+    connect(prg->verticalScrollBar(), &QScrollBar::valueChanged, this, &ListingPanel::fitScrollBar);
+    connect(prg->verticalScrollBar(), &QScrollBar::rangeChanged, this, &ListingPanel::fitScrollBar);
+}
+
+void ListingPanel::bringUpToDate() {
+    position(programCounter_);
+}
+
+void ListingPanel::position(std::int32_t address) {
+    listing_.position(address);
+    showRows();
+}
+
+void ListingPanel::rebuildInPlace() {
+    listing_.rebuildInPlace();
+    showRows();
+}
+
+void ListingPanel::prg_Click() {
+    // An assistive tool can select a row without moving the focus.
+    if (!leaveFocusedBox(window())) return;
+    listing_.select(prg->currentRow());
+    if (listing_.selected() != Listing::noRow) emit rowSelected(prg->currentItem()->text());
+}
+
+/// Only this changes a single breakpoint.
+void ListingPanel::prg_DblClick() {
+    if (listing_.selected() == Listing::noRow) return;
+    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(listing_.address(listing_.selected()))];
+    flag = static_cast<std::int16_t>(~flag);
+    rebuildInPlace();
+}
+
+void ListingPanel::prg_KeyDown(int key) {
+    if (key == Qt::Key_Up && listing_.firstSelected()) listing_.stepBackOneByte();
+    if (key == Qt::Key_Down && listing_.lastSelected()) listing_.scrollForward();
+    showRows();
+}
+
+void ListingPanel::prg_Scroll() {
+    if (listing_.firstSelected()) {
+        listing_.scrollBack();
+    } else if (listing_.lastSelected()) {
+        listing_.scrollForward();
+    }
+    showRows();
+}
+
+/// The bar has one step more at either end than the list can scroll, so that it can be used there too.
+/// `action` has moved its slider; the list follows, and the slider goes to where the list really is.
+void ListingPanel::scrollBarUsed(int /*action*/) {
+    QScrollBar* inner = prg->verticalScrollBar();
+    inner->setValue(scrollBar_->sliderPosition() - 1);
+    prg_Scroll();
+    scrollBar_->setSliderPosition(inner->value() + 1);
+}
+
+void ListingPanel::turnWheel(int steps) {
+    const auto action = steps > 0 ? QScrollBar::SliderSingleStepSub : QScrollBar::SliderSingleStepAdd;
+    const int rows = std::abs(steps) * QApplication::wheelScrollLines();
+    for (int i = 0; i < rows; ++i) scrollBar_->triggerAction(action);
+}
+
+void ListingPanel::showRows() {
+    prg->showRows(listing_, programCounter_);
+    fitScrollBar();
+}
+
+void ListingPanel::fitScrollBar() {
+    const QScrollBar* inner = prg->verticalScrollBar();
+    scrollBar_->setPageStep(inner->pageStep());
+    scrollBar_->setRange(0, inner->maximum() + 2);
+    scrollBar_->setValue(inner->value() + 1);
+}
+
+}  // namespace tavinor

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QListWidget>
+#include <QScrollBar>
+#include <cstdint>
+
+#include "images/Listing.h"
+#include "machine/MachineState.h"
+
+namespace tavinor {
+
+/// The list control of the program listing. It only tells what the user did.
+class ListingView : public QListWidget {
+    Q_OBJECT
+
+  public:
+    /// The row of the program counter is marked, with or without the selection; -1 = none shows it.
+    static constexpr int programCounterRole = Qt::UserRole;
+
+    explicit ListingView(QWidget* parent);
+
+    /// Shows the rows, the selection and the row of the program counter, without a signal.
+    void showRows(const Listing& listing, std::int32_t programCounter);
+
+  signals:
+    /// The user selected a row by mouse, keyboard or an assistive tool.
+    void prg_Click();
+    void prg_DblClick();
+    /// Before the list handles the arrow itself.
+    void upPressed();
+    void downPressed();
+    void wheelTurned(int steps);  ///< Positive is away from the user: up.
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    int wheelRest_ = 0;
+    bool showing_ = false;
+};
+
+/// The group "Programa": memory as a disassembled program that follows the program counter, with a breakpoint
+/// mark for each row.
+class ListingPanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    /// `breakpoints` is the window's array: a double-click changes one flag of it.
+    ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWidget* parent);
+
+    /// Notes the program counter at the last refresh. Cheap: no widget is touched.
+    void note(std::int32_t programCounter) { programCounter_ = programCounter; }
+    /// Lists the program around the noted program counter and selects its row.
+    void bringUpToDate();
+    /// Lists the program around `address` and selects its row.
+    void position(std::int32_t address);
+    /// Rebuilds the rows from the same first one, with the same address selected.
+    void rebuildInPlace();
+
+  signals:
+    /// The user selected a row; `text` is the whole row.
+    void rowSelected(const QString& text);
+
+  private:
+    void prg_Click();
+    void prg_DblClick();
+    void prg_KeyDown(int key);
+    void prg_Scroll();
+    void scrollBarUsed(int action);
+    void turnWheel(int steps);
+    void showRows();
+    void fitScrollBar();
+
+    Listing listing_;
+    Breakpoints& breakpoints_;
+    std::int32_t programCounter_ = 0;
+    ListingView* prg;
+    QScrollBar* scrollBar_;
+};
+
+}  // namespace tavinor

@@ -1,0 +1,350 @@
+#include "ui/main/Principal.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "images/HexLoader.h"
+#include "machine/Interrupts.h"
+#include "machine/Stepper.h"
+#include "ui/common/FileDialogs.h"
+#include "ui/common/HexBox.h"
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/Naming.h"
+#include "ui/main/BytePanel.h"
+#include "ui/main/CommandBar.h"
+#include "ui/main/EntryPanel.h"
+#include "ui/main/Halt.h"
+#include "ui/main/InterruptPanel.h"
+#include "ui/main/ListingPanel.h"
+#include "ui/main/RegisterPanel.h"
+#include "ui/main/StackPanel.h"
+
+namespace tavinor {
+
+namespace {
+
+QString errorText(const RuntimeError& error) {
+    return error.number() == RuntimeError::Number::overflow
+               ? QStringLiteral("Error 6: desbordamiento")
+               : QStringLiteral("Error 9: subíndice fuera del intervalo");
+}
+
+}  // namespace
+
+Principal::Principal(QWidget* parent)
+    : QMainWindow(parent),
+      commands_(new CommandBar(this)),
+      registers_(new RegisterPanel(machine_, this)),
+      interrupts_(new InterruptPanel(machine_, this)),
+      listing_(new ListingPanel(machine_, breakpoints_, this)),
+      entry_(new EntryPanel(this)),
+      stack_(new StackPanel(machine_, this)),
+      memory_(new BytePanel(memoryPanelNames(), this)),
+      ports_(new BytePanel(portPanelNames(), this)),
+      halt_(new Halt(this)) {
+    setObjectName(QStringLiteral("Principal"));
+    layOut();
+    makeMenus();
+    connectCommands();
+    connectPanels();
+    Form_Load();
+}
+
+Principal::~Principal() = default;
+
+/// The mnemonic table and the grids' headers are constant data, and the grids start full of "00".
+void Principal::Form_Load() {
+    setWindowTitle(applicationTitle());
+    memory_->showSelectedCell();
+    ports_->showSelectedCell();
+    Reset_Click();
+}
+
+void Principal::layOut() {
+    auto* program = new QVBoxLayout;
+    program->addWidget(listing_, 1);
+    program->addWidget(entry_);
+    auto* stackAndInterrupts = new QHBoxLayout;
+    stackAndInterrupts->addWidget(stack_);
+    stackAndInterrupts->addWidget(interrupts_, 1);
+    auto* processor = new QVBoxLayout;
+    processor->addWidget(registers_);
+    processor->addLayout(stackAndInterrupts);
+    processor->addStretch(1);
+    auto* bytes = new QVBoxLayout;
+    bytes->addWidget(memory_, 1);
+    bytes->addWidget(ports_);
+
+    auto* columns = new QHBoxLayout;
+    columns->addLayout(program);
+    columns->addLayout(processor);
+    columns->addLayout(bytes, 1);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(commands_);
+    layout->addLayout(columns, 1);
+    setCentralWidget(content);
+}
+
+void Principal::makeMenus() {
+    listains = menuBar()->addAction(QStringLiteral("&Lista"));
+    listains->setObjectName(QStringLiteral("listains"));
+    listains->setEnabled(false);
+    for (CommandButton* later : {commands_->Ensamblar, commands_->Editar, commands_->about}) {
+        later->setEnabled(false);
+    }
+}
+
+void Principal::connectCommands() {
+    using Procedure = void (Principal::*)();
+    const auto connectCommand = [this](auto* sender, auto signal, Procedure procedure) {
+        connect(sender, signal, this,
+                [this, procedure] { guarded([this, procedure] { (this->*procedure)(); }); });
+    };
+    connectCommand(commands_->Ejecutar, &CommandButton::command, &Principal::Ejecutar_Click);
+    connectCommand(commands_->Eje_paso, &CommandButton::command, &Principal::Eje_paso_Click);
+    connectCommand(commands_->CargarHEX, &CommandButton::command, &Principal::CargarHEX_Click);
+    connectCommand(commands_->Reset, &CommandButton::command, &Principal::Reset_Click);
+    connectCommand(interrupts_, &InterruptPanel::trapRequested, &Principal::Trap_Click);
+    connectCommand(interrupts_, &InterruptPanel::rst55Requested, &Principal::Rst55_Click);
+    connectCommand(interrupts_, &InterruptPanel::rst65Requested, &Principal::Rst65_Click);
+    connectCommand(interrupts_, &InterruptPanel::rst75Requested, &Principal::Rst75_Click);
+    connectCommand(interrupts_, &InterruptPanel::intrRequested, &Principal::Intr_Click);
+    connect(interrupts_, &InterruptPanel::allowedChanged, halt_, &Halt::allow);
+    connect(halt_, &Halt::vectorLeft, interrupts_, &InterruptPanel::setVector);
+    connect(halt_, &Halt::chosen, this,
+            [this](int option) { guarded([this, option] { carryOut(option); }); });
+}
+
+void Principal::connectPanels() {
+    using ByteProcedure = void (Principal::*)(std::int32_t, int);
+    const auto connectBytes = [this](auto* sender, auto signal, ByteProcedure procedure) {
+        connect(sender, signal, this, [this, procedure](std::int32_t address, int byte) {
+            guarded([=, this] { (this->*procedure)(address, byte); });
+        });
+    };
+    connectBytes(registers_, &RegisterPanel::memoryByteEntered, &Principal::enterMemoryByte);
+    connectBytes(memory_, &BytePanel::byteEntered, &Principal::enterMemoryByte);
+    connectBytes(ports_, &BytePanel::byteEntered, &Principal::enterPortByte);
+    connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterCode);
+    connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterOperand);
+    connect(entry_, &EntryPanel::addressEntered, listing_, &ListingPanel::position);
+    connect(listing_, &ListingPanel::rowSelected, entry_, &EntryPanel::showRow);
+    connect(registers_, &RegisterPanel::programCounterEntered, this, [this] {
+        listing_->note(machine_.PC);
+        listing_->bringUpToDate();
+    });
+    connect(registers_, &RegisterPanel::stackPointerEntered, this, [this] {
+        stack_->note(machine_.SP);
+        stack_->regenpila();
+    });
+}
+
+void Principal::savmem(std::int32_t dir, std::int32_t dat) {
+    machine_.storeMemory(dir, dat);
+    memory_->setCell(dir, static_cast<std::uint8_t>(dat));
+}
+
+void Principal::savport(std::int32_t dir, std::int32_t dat) {
+    machine_.storePort(dir, dat);
+    ports_->setCell(dir, static_cast<std::uint8_t>(dat));
+}
+
+void Principal::halt() {
+    bringUpToDate();
+    halt_->ask();
+    if (!halt_->continues() && commands_->running()) Ejecutar_Click();
+}
+
+/// Stops a run, or starts one. A run that is started again inside the yield in which it was stopped goes on
+/// in the loop that is still on the stack.
+void Principal::Ejecutar_Click() {
+    const bool start = !commands_->running();
+    commands_->showRunning(start);
+    halt_->setRunning(start);
+    if (start && !loopOnStack_) run();
+}
+
+/// The loop of a run. Handlers run nested inside `yield`, so the caption is read anew after it.
+void Principal::run() {
+    const QScopedValueRollback<bool> onStack(loopOnStack_, true);
+    qApp->installEventFilter(this);
+    const auto leave = [this](void*) {
+        qApp->removeEventFilter(this);
+        bringUpToDate();
+    };
+    const std::unique_ptr<void, decltype(leave)> atEnd(this, leave);
+    do {
+        executeOne();
+        if (breakpoints_[static_cast<std::size_t>(machine_.PC)] != 0 && commands_->running()) {
+            Ejecutar_Click();
+            return;
+        }
+        yield();
+    } while (commands_->running());
+}
+
+void Principal::executeOne() {
+    EjecutaPASO(machine_, *this);
+    noteValues();
+}
+
+/// Posted events are served after every instruction, those of the operating system often enough for a click
+/// to be seen long before the button is up again.
+void Principal::yield() {
+    QCoreApplication::sendPostedEvents();
+    const RunPace::Due due = pace_.next();
+    if (due == RunPace::Due::nothing) return;
+    if (due == RunPace::Due::frame) bringUpToDate();
+    QCoreApplication::processEvents();
+}
+
+bool Principal::eventFilter(QObject* watched, QEvent* event) {
+    bringUpToDate();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void Principal::Eje_paso_Click() {
+    executeOne();
+    bringUpToDate();
+}
+
+void Principal::regen() {
+    noteValues();
+    bringUpToDate();
+}
+
+void Principal::noteValues() {
+    machine_.synmem();
+    machine_.PC &= 0xFFFF;  // PC is taken back from the four digits of its box
+    registers_->note({machine_, machine_.mem[static_cast<std::size_t>(machine_.HL)]});
+    listing_->note(machine_.PC);
+    stack_->note(machine_.SP);
+    viewsBehind_ = true;
+    if (registers_->edited()) bringUpToDate();  // a refresh overwrites what is being typed
+}
+
+void Principal::bringUpToDate() {
+    if (!viewsBehind_) return;
+    viewsBehind_ = false;
+    registers_->bringUpToDate();
+    listing_->bringUpToDate();
+    interrupts_->bringUpToDate();
+    stack_->regenpila();
+    memory_->bringUpToDate();
+    ports_->bringUpToDate();
+}
+
+void Principal::CargarHEX_Click() {
+    const std::optional<QString> path = askFileToOpen(
+        this, {.title = QStringLiteral("Cargar fichero .HEX"),
+               .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
+               .initialName = {}});
+    if (path) loadHexFile(*path);
+}
+
+void Principal::loadHexFile(const QString& path) {
+    const LoadResult result =
+        carga(std::filesystem::path(path.toStdU16String()), machine_, breakpoints_, *this);
+    if (!result.loaded) showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
+    regen();
+    if (result.loaded) showMessage(this, QStringLiteral("Carga correcta"));
+}
+
+void Principal::Reset_Click() {
+    reset(machine_);
+    regen();
+}
+
+void Principal::Trap_Click() {
+    acceptInterrupt(machine_, *this, vector::trap);
+    regen();
+}
+
+void Principal::Rst55_Click() {
+    acceptInterrupt(machine_, *this, vector::rst55);
+    regen();
+}
+
+void Principal::Rst65_Click() {
+    acceptInterrupt(machine_, *this, vector::rst65);
+    regen();
+}
+
+void Principal::Rst75_Click() {
+    acceptRst75(machine_, *this);
+    regen();
+}
+
+void Principal::Intr_Click() {
+    requestIntr(machine_, *this, interrupts_->vector().toStdString());
+    regen();
+}
+
+void Principal::carryOut(int haltOption) {
+    constexpr std::array<void (Principal::*)(), Halt::optionCount> procedures{
+        &Principal::Reset_Click, &Principal::Trap_Click,  &Principal::Rst55_Click,
+        &Principal::Rst65_Click, &Principal::Rst75_Click, &Principal::Intr_Click};
+    (this->*procedures[static_cast<std::size_t>(haltOption)])();
+}
+
+void Principal::enterMemoryByte(std::int32_t address, int byte) {
+    savmem(address, byte);
+    memory_->showCurrent(address);
+    regen();
+}
+
+/// No refresh follows, unlike a memory byte: no other view shows a port.
+void Principal::enterPortByte(std::int32_t address, int byte) {
+    savport(address, byte);
+    ports_->showCurrent(address);
+    ports_->bringUpToDate();
+}
+
+void Principal::enterCode(std::int32_t address, int code) {
+    savmem(address, code);
+    memory_->bringUpToDate();
+    listing_->rebuildInPlace();
+}
+
+void Principal::enterOperand(std::int32_t address, int operand) {
+    machine_.synmem();
+    enterCode(address, operand);
+}
+
+void Principal::guarded(const std::function<void()>& procedure) {
+    try {
+        procedure();
+    } catch (const RuntimeError& error) {
+        recover(error);
+    }
+}
+
+void Principal::recover(const RuntimeError& error) {
+    if (commands_->running()) Ejecutar_Click();
+    regen();
+    showMessage(this, errorText(error));
+}
+
+bool Principal::Form_QueryUnload() {
+    return !commands_->running();
+}
+
+void Principal::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (!Form_QueryUnload()) return;
+    hide();
+    QCoreApplication::quit();
+}
+
+}  // namespace tavinor

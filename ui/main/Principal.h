@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+#include <functional>
+
+#include "machine/Host.h"
+#include "machine/MachineState.h"
+#include "machine/RuntimeError.h"
+#include "ui/main/RunPace.h"
+
+class QAction;
+
+namespace tavinor {
+
+class BytePanel;
+class CommandBar;
+class EntryPanel;
+class Halt;
+class InterruptPanel;
+class ListingPanel;
+class RegisterPanel;
+class StackPanel;
+
+/// The simulator's main window. It owns the machine and the breakpoints, wires the panels that show them and
+/// drives execution. The window is running exactly while `Ejecutar` reads "&Parar".
+///
+/// A refresh has two halves. The first notes, after every instruction, the values that the views show. The
+/// second brings the widgets up to date; in a run it waits until somebody could look: until an event is
+/// handed to a handler, the screen is to be painted, or the halt dialog opens.
+class Principal : public QMainWindow, private Host {
+    Q_OBJECT
+
+  public:
+    explicit Principal(QWidget* parent = nullptr);
+    ~Principal() override;
+
+    [[nodiscard]] const MachineState& machine() const { return machine_; }
+    [[nodiscard]] const Breakpoints& breakpoints() const { return breakpoints_; }
+
+    /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended.
+    void loadHexFile(const QString& path);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    /// In a run: brings the views up to date before any event reaches its handler.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    // What the machine asks of its host.
+    void savmem(std::int32_t dir, std::int32_t dat) override;
+    void savport(std::int32_t dir, std::int32_t dat) override;
+    void halt() override;
+
+    void Form_Load();
+    void layOut();
+    void makeMenus();
+    void connectCommands();
+    void connectPanels();
+
+    void Ejecutar_Click();
+    void Eje_paso_Click();
+    void CargarHEX_Click();
+    void Reset_Click();
+    void Trap_Click();
+    void Rst55_Click();
+    void Rst65_Click();
+    void Rst75_Click();
+    void Intr_Click();
+    /// True when the window may close: never while a run is going.
+    bool Form_QueryUnload();
+    void carryOut(int haltOption);
+
+    void run();
+    void executeOne();
+    void yield();
+    /// Refreshes every view.
+    void regen();
+    void noteValues();
+    void bringUpToDate();
+
+    void enterMemoryByte(std::int32_t address, int byte);
+    void enterPortByte(std::int32_t address, int byte);
+    void enterCode(std::int32_t address, int code);
+    void enterOperand(std::int32_t address, int operand);
+
+    /// Runs an event procedure. An error of the machine ends it there, stops a run, refreshes the views and
+    /// is shown in a message box.
+    void guarded(const std::function<void()>& procedure);
+    void recover(const RuntimeError& error);
+
+    MachineState machine_;
+    Breakpoints breakpoints_{};
+    RunPace pace_;
+    bool loopOnStack_ = false;
+    bool viewsBehind_ = false;
+
+    CommandBar* commands_;
+    RegisterPanel* registers_;
+    InterruptPanel* interrupts_;
+    ListingPanel* listing_;
+    EntryPanel* entry_;
+    StackPanel* stack_;
+    BytePanel* memory_;
+    BytePanel* ports_;
+    Halt* halt_;
+    QAction* listains = nullptr;
+};
+
+}  // namespace tavinor

@@ -1,0 +1,214 @@
+#include "ui/main/RegisterPanel.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "machine/Flags.h"
+
+namespace tavinor {
+
+namespace {
+
+/// Caption and spoken name of each flag box, by bit. The unused bits have a box too, without a caption.
+struct FlagName {
+    const char* caption;
+    const char* accessible;
+};
+constexpr std::array<FlagName, 8> flagNames{{
+    {"C", "Indicador de acarreo"},
+    {"", "Bit 1 de F, sin uso"},
+    {"P", "Indicador de paridad"},
+    {"", "Bit 3 de F, sin uso"},
+    {"A", "Indicador de acarreo auxiliar"},
+    {"", "Bit 5 de F, sin uso"},
+    {"Z", "Indicador de cero"},
+    {"S", "Indicador de signo"},
+}};
+
+}  // namespace
+
+std::string txtflags(int f) {
+    std::string text;
+    for (const int bit : {flag::S, flag::Z, flag::AC, flag::P, flag::CY}) text += (f & bit) != 0 ? '1' : '0';
+    return text;
+}
+
+RegisterPanel::RegisterPanel(MachineState& machine, QWidget* parent)
+    : QGroupBox(QStringLiteral("Registros"), parent), machine_(machine) {
+    txtA = makeBox(QStringLiteral("txtA"), QStringLiteral("Acumulador A"), 2);
+    txtF = makeBox(QStringLiteral("txtF"), QStringLiteral("Registro de indicadores F"), 2);
+    txtB = makeBox(QStringLiteral("txtB"), QStringLiteral("Registro B"), 2);
+    txtC = makeBox(QStringLiteral("txtC"), QStringLiteral("Registro C"), 2);
+    txtBC = makeBox(QStringLiteral("txtBC"), QStringLiteral("Par BC"), 4);
+    txtPC = makeBox(QStringLiteral("txtPC"), QStringLiteral("Contador de programa PC"), 4);
+    txtD = makeBox(QStringLiteral("txtD"), QStringLiteral("Registro D"), 2);
+    txtE = makeBox(QStringLiteral("txtE"), QStringLiteral("Registro E"), 2);
+    txtDE = makeBox(QStringLiteral("txtDE"), QStringLiteral("Par DE"), 4);
+    txtSP = makeBox(QStringLiteral("txtSP"), QStringLiteral("Puntero de pila SP"), 4);
+    txtH = makeBox(QStringLiteral("txtH"), QStringLiteral("Registro H"), 2);
+    txtL = makeBox(QStringLiteral("txtL"), QStringLiteral("Registro L"), 2);
+    txtHL = makeBox(QStringLiteral("txtHL"), QStringLiteral("Par HL"), 4);
+    txtM = makeBox(QStringLiteral("txtM"), QStringLiteral("Memoria apuntada por HL"), 2);
+    layOut();
+    connectBoxes();
+}
+
+HexBox* RegisterPanel::makeBox(const QString& name, const QString& accessibleName, int digits) {
+    auto* box = new HexBox(name, accessibleName, digits, this);
+    connect(box, &HexBox::editedChanged, this, [this](bool edited) { editedBoxes_ += edited ? 1 : -1; });
+    return box;
+}
+
+void RegisterPanel::placeBox(QGridLayout* grid, int row, int column, const QString& caption, HexBox* box) {
+    grid->addWidget(new QLabel(caption, this), row, 2 * column, Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(box, row, 2 * column + 1, Qt::AlignLeft);
+}
+
+void RegisterPanel::layOut() {
+    auto* top = new QGridLayout;
+    placeBox(top, 0, 0, QStringLiteral("A"), txtA);
+    placeBox(top, 1, 0, QStringLiteral("F"), txtF);
+    top->addWidget(makeFlagBoxes(), 0, 2, 2, 1, Qt::AlignBottom);
+    top->setColumnStretch(3, 1);
+
+    struct Column {
+        std::array<const char*, 4> captions;
+        std::array<HexBox*, 4> boxes;
+    };
+    const std::array<Column, 3> columns{{
+        {{"B", "C", "BC", "PC"}, {txtB, txtC, txtBC, txtPC}},
+        {{"D", "E", "DE", "SP"}, {txtD, txtE, txtDE, txtSP}},
+        {{"H", "L", "HL", "M"}, {txtH, txtL, txtHL, txtM}},
+    }};
+    auto* registers = new QGridLayout;
+    registers->setHorizontalSpacing(8);
+    for (int column = 0; column < 3; ++column) {
+        for (int row = 0; row < 4; ++row) {
+            const auto& [captions, boxes] = columns[static_cast<std::size_t>(column)];
+            const auto place = static_cast<std::size_t>(row);
+            placeBox(registers, row, column, QString::fromLatin1(captions[place]), boxes[place]);
+        }
+        registers->setColumnStretch(2 * column + 1, 1);
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addLayout(registers);
+    for (int bit = 7; bit > 0; --bit) setTabOrder(flagBox(bit), flagBox(bit - 1));
+    setTabOrder(txtF, flagBox(7));
+    setTabOrder(flagBox(0), txtB);
+}
+
+/// Eight boxes from bit 7 to bit 0 with their captions above.
+QWidget* RegisterPanel::makeFlagBoxes() {
+    auto* holder = new QWidget(this);
+    auto* grid = new QGridLayout(holder);
+    grid->setContentsMargins(8, 0, 0, 0);
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(2);
+    for (int bit = 7; bit >= 0; --bit) {
+        const FlagName& name = flagNames[static_cast<std::size_t>(bit)];
+        auto* box = new CommandCheckBox(QStringLiteral("chkF%1").arg(bit), QString::fromUtf8(name.accessible),
+                                        {}, holder);
+        chkF[static_cast<std::size_t>(bit)] = box;
+        connect(box, &CommandCheckBox::changedByUser, this, &RegisterPanel::chkF_Click);
+        grid->addWidget(new QLabel(QString::fromLatin1(name.caption), holder), 0, 7 - bit, Qt::AlignHCenter);
+        grid->addWidget(box, 1, 7 - bit, Qt::AlignHCenter);
+    }
+    return holder;
+}
+
+void RegisterPanel::connectBoxes() {
+    connect(txtA, &HexBox::left, this, [this] {
+        machine_.A = static_cast<std::uint8_t>(txtA->value());
+        registersEdited();
+    });
+    connect(txtF, &HexBox::left, this, [this] {
+        machine_.F = static_cast<std::uint8_t>(txtF->value());
+        registersEdited();
+        showFlags();
+    });
+    connectPair({txtB, txtC, txtBC, &Registers::B, &Registers::C});
+    connectPair({txtD, txtE, txtDE, &Registers::D, &Registers::E});
+    connectPair({txtH, txtL, txtHL, &Registers::H, &Registers::L});
+    for (HexBox* box : {txtH, txtL, txtHL}) connect(box, &HexBox::left, this, &RegisterPanel::showMemoryByte);
+    // E alone brings its pair into step as soon as its text is accepted, before it is left.
+    connect(txtE, &HexBox::validated, this, [this] { txtDE->showText(txtD->text() + txtE->text()); });
+    connect(txtM, &HexBox::left, this, [this] { emit memoryByteEntered(txtHL->value(), txtM->value()); });
+    connect(txtPC, &HexBox::left, this, [this] {
+        machine_.PC = txtPC->value();
+        registersEdited();
+        emit programCounterEntered();
+    });
+    connect(txtSP, &HexBox::left, this, [this] {
+        machine_.SP = txtSP->value();
+        registersEdited();
+        emit stackPointerEntered();
+    });
+}
+
+void RegisterPanel::connectPair(const PairBoxes& pair) {
+    for (HexBox* half : {pair.high, pair.low})
+        connect(half, &HexBox::left, this, [this, pair] { halfLeft(pair); });
+    connect(pair.pair, &HexBox::left, this, [this, pair] { pairLeft(pair); });
+}
+
+void RegisterPanel::halfLeft(const PairBoxes& pair) {
+    pair.pair->showText(pair.high->text() + pair.low->text());
+    machine_.*pair.highRegister = static_cast<std::uint8_t>(pair.high->value());
+    machine_.*pair.lowRegister = static_cast<std::uint8_t>(pair.low->value());
+    registersEdited();
+}
+
+void RegisterPanel::pairLeft(const PairBoxes& pair) {
+    pair.high->showText(pair.pair->text().left(2));
+    pair.low->showText(pair.pair->text().right(2));
+    machine_.*pair.highRegister = static_cast<std::uint8_t>(pair.high->value());
+    machine_.*pair.lowRegister = static_cast<std::uint8_t>(pair.low->value());
+    registersEdited();
+}
+
+/// The boxes show the machine's registers again, and the cached pairs follow an edit as they follow a step.
+void RegisterPanel::registersEdited() {
+    machine_.recomputePairs();
+    values_.registers = machine_;
+}
+
+void RegisterPanel::showMemoryByte() {
+    values_.M = machine_.mem[static_cast<std::size_t>(machine_.HL)];
+    txtM->showValue(values_.M);
+}
+
+void RegisterPanel::showFlags() {
+    for (int bit = 0; bit < 8; ++bit) flagBox(bit)->showChecked((machine_.F >> bit & 1) != 0);
+}
+
+void RegisterPanel::chkF_Click() {
+    int f = 0;
+    for (int bit = 0; bit < 8; ++bit) f |= flagBox(bit)->isChecked() ? 1 << bit : 0;
+    txtF->showValue(f);
+    machine_.F = static_cast<std::uint8_t>(txtF->value());
+    registersEdited();
+}
+
+void RegisterPanel::bringUpToDate() {
+    const Registers& r = values_.registers;
+    txtA->showValue(r.A);
+    txtF->showValue(r.F);
+    txtB->showValue(r.B);
+    txtC->showValue(r.C);
+    txtD->showValue(r.D);
+    txtE->showValue(r.E);
+    txtH->showValue(r.H);
+    txtL->showValue(r.L);
+    txtBC->showValue(r.BC);
+    txtDE->showValue(r.DE);
+    txtHL->showValue(r.HL);
+    txtPC->showValue(r.PC);
+    txtSP->showValue(r.SP);
+    txtM->showValue(values_.M);
+    showFlags();
+}
+
+}  // namespace tavinor

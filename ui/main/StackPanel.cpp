@@ -1,0 +1,43 @@
+#include "ui/main/StackPanel.h"
+
+#include <QVBoxLayout>
+
+#include "machine/HexText.h"
+#include "ui/common/FixedFont.h"
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+namespace {
+constexpr int wordsShown = 8;
+}
+
+StackPanel::StackPanel(MachineState& machine, QWidget* parent)
+    : QGroupBox(QStringLiteral("PILA"), parent),
+      machine_(machine),
+      pila(named(new QListWidget(this), QStringLiteral("pila"), QStringLiteral("Pila"))) {
+    pila->setFont(fixedFont());
+    pila->setUniformItemSizes(true);
+    pila->setSelectionMode(QAbstractItemView::NoSelection);
+    pila->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pila->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (int i = 0; i < wordsShown; ++i) pila->addItem(QStringLiteral("0000"));
+    const int frame = 2 * pila->frameWidth();
+    pila->setFixedSize(pila->sizeHintForColumn(0) + frame + 8, wordsShown * pila->sizeHintForRow(0) + frame);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(pila);
+    layout->addStretch();
+}
+
+void StackPanel::regenpila() {
+    machine_.synmem();
+    std::int32_t p = stackPointer_;
+    for (int i = 0; i < wordsShown; ++i) {
+        const auto low = static_cast<std::size_t>(p);
+        const std::int32_t word = machine_.mem[low + 1] * 256 + machine_.mem[low];
+        pila->item(i)->setText(QString::fromStdString(hexa(word, 4)));
+        p = (p + 2) & 0xFFFF;
+    }
+}
+
+}  // namespace tavinor
