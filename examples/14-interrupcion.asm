@@ -8,7 +8,8 @@
 ;            marcha y pulse RST 7.5. Con SID a 0 cada pulso suma 1; con
 ;            SID a 1 resta 1.
 ; Resultado: puerto 01H y 2000H, la cuenta, de 00H a 99H; SOD cambia con
-;            cada pulso. Al llegar a la cuenta final el programa se para.
+;            cada pulso, y su estado se guarda en el bit 7 de 2001H. Al
+;            llegar a la cuenta final el programa se para.
 ;              (2000H) = 05H
 ;              (2001H) = 80H
 ;              puerto 01H = 05H
