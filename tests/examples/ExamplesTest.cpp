@@ -1,0 +1,150 @@
+// Every program, run with the data that its image brings, leaves what the header of its source promises.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "machine/HexText.h"
+#include "machine/Interrupts.h"
+#include "tests/examples/ExampleMachine.h"
+#include "tests/examples/Programs.h"
+
+namespace tavinor::examples {
+namespace {
+
+/// The comment lines on top of the source, up to the first line that is none.
+std::string header(std::string_view program) {
+    std::istringstream source(readFile(sourcePath(program)));
+    std::string text;
+    for (std::string line; std::getline(source, line) && line.starts_with(';');) text += line + '\n';
+    return text;
+}
+
+void pressTheButtonOnceAndEndTheDay(ExampleMachine& example) {
+    constexpr std::size_t lightsOfOneRound = 4;
+    example.start();
+    example.machine().port[0] = 0x01;
+    while (example.outputs().size() < lightsOfOneRound && example.steps() < 10'000) example.step();
+    example.machine().port[0] = 0x80;
+    example.finish();
+}
+
+void pressRst75FiveTimes(ExampleMachine& example) {
+    constexpr int instructionsBetween = 40;
+    example.start();
+    for (int press = 0; press < 5; ++press) {
+        for (int i = 0; i < instructionsBetween; ++i) example.step();
+        ASSERT_TRUE(example.machine().intState.IE);
+        ASSERT_FALSE(example.machine().intState.M75);
+        acceptRst75(example.machine(), example);
+    }
+    example.finish();
+}
+
+/// Does to the program what its header asks the student to do.
+void operate(std::string_view program, ExampleMachine& example) {
+    if (program == "13-semaforo") return pressTheButtonOnceAndEndTheDay(example);
+    if (program == "14-interrupcion") return pressRst75FiveTimes(example);
+    example.run();
+}
+
+/// What stands where "(2000H)" or "puerto 01H" says, as the header writes it ("3FH"); empty for other texts.
+std::string found(const std::string& place, ExampleMachine& example) {
+    constexpr std::string_view cell = "(";
+    constexpr std::string_view port = "puerto ";
+    if (place.starts_with(cell) && place.ends_with("H)")) {
+        return hexa(example.byte(dec(place.substr(cell.size()))), 2) + "H";
+    }
+    if (place.starts_with(port) && place.ends_with('H')) {
+        return hexa(example.machine().port[static_cast<std::size_t>(dec(place.substr(port.size())))], 2) +
+               "H";
+    }
+    return {};
+}
+
+/// Checks every line "(2000H) = 3FH" or "puerto 01H = FFH" of a header and returns how many there were.
+int checkPromises(const std::string& header, ExampleMachine& example) {
+    constexpr std::string_view equals = " = ";
+    int count = 0;
+    std::istringstream lines(header);
+    for (std::string line; std::getline(lines, line);) {
+        line.erase(0, line.find_first_not_of("; "));
+        const std::size_t middle = line.find(equals);
+        if (middle == std::string::npos) continue;
+        const std::string value = found(line.substr(0, middle), example);
+        if (value.empty()) continue;
+        EXPECT_EQ(value, line.substr(middle + equals.size())) << line;
+        ++count;
+    }
+    return count;
+}
+
+/// The statements of a source without comments, blanks and empty lines.
+std::vector<std::string> statements(std::string_view program) {
+    std::vector<std::string> result;
+    std::istringstream source(readFile(sourcePath(program)));
+    for (std::string line; std::getline(source, line);) {
+        line.erase(std::min(line.find(';'), line.size()));
+        std::erase(line, ' ');
+        if (!line.empty()) result.push_back(line);
+    }
+    return result;
+}
+
+class ExampleTest : public testing::TestWithParam<std::string_view> {};
+
+TEST_P(ExampleTest, KeepsThePromisesOfItsHeader) {
+    ExampleMachine example(imagePath(GetParam()));
+    const std::string text = header(GetParam());
+    operate(GetParam(), example);
+    EXPECT_GT(checkPromises(text, example), 0);
+}
+
+TEST_P(ExampleTest, KeepsThemAgainAfterReset) {
+    ExampleMachine example(imagePath(GetParam()));
+    const std::string text = header(GetParam());
+    operate(GetParam(), example);
+    operate(GetParam(), example);
+    checkPromises(text, example);
+}
+
+TEST_P(ExampleTest, TellsTheStudentEverythingInItsHeader) {
+    const std::string text = header(GetParam());
+    for (const char* part : {"; Propósito: ", "; Antes: ", "; Resultado: ", "; Pregunta: "}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    }
+    EXPECT_NE(text.find("; " + std::string(GetParam().substr(0, 2)) + "  "), std::string::npos);
+}
+
+// The assembler gives "RST 5" the code of "RST 3".
+TEST_P(ExampleTest, DoesWithoutRst5) {
+    for (const std::string& statement : statements(GetParam())) {
+        EXPECT_FALSE(statement.ends_with("RST5")) << statement;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, ExampleTest, testing::ValuesIn(programs),
+                         [](const auto& program) { return testName(program.param); });
+
+TEST(ExampleFolderTest, HoldsASourceAndAnImageOfEveryProgramAndNoOther) {
+    std::set<std::string> expected;
+    for (const std::string_view program : programs) {
+        expected.insert(sourcePath(program).filename().string());
+        expected.insert(imagePath(program).filename().string());
+    }
+    std::set<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+        const std::filesystem::path extension = entry.path().extension();
+        if (extension == ".asm" || extension == ".hex") found.insert(entry.path().filename().string());
+    }
+    EXPECT_EQ(found, expected);
+}
+
+}  // namespace
+}  // namespace tavinor::examples
