@@ -69,8 +69,9 @@ void Listing::stepBackOneByte() {
 void Listing::scrollBack() {
     std::int32_t start = address(0);
     if (start == 0) return;
-    do --start;
-    while (start > 0 && lengthAt(machine_, start) != 1);
+    do {
+        --start;
+    } while (start > 0 && lengthAt(machine_, start) != 1);
     rebuildFrom(start);
 }
 

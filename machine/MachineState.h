@@ -69,6 +69,9 @@ struct MachineState : Registers {
     bool SID = false;  ///< Serial input line, set by the user.
     bool SOD = false;  ///< Serial output line, set by `SIM`.
 
+    /// The registers alone.
+    [[nodiscard]] const Registers& registers() const noexcept { return *this; }
+
     /// Copies memory cells 0 and 1 into the mirror cells 65536 and 65537.
     void synmem() noexcept {
         mem[memorySize] = mem[0];

@@ -15,11 +15,11 @@ class Step {
   public:
     Step(MachineState& machine, Host& outside) : m(machine), host(outside) {}
 
-    std::uint8_t at(std::int32_t address) const { return m.mem[static_cast<std::size_t>(address)]; }
-    std::uint8_t M() const { return at(m.HL); }
+    [[nodiscard]] std::uint8_t at(std::int32_t address) const { return m.mem[static_cast<std::size_t>(address)]; }
+    [[nodiscard]] std::uint8_t M() const { return at(m.HL); }
     void storeM(std::uint8_t value) { host.savmem(m.HL, value); }
 
-    bool has(int bit) const { return (m.F & bit) != 0; }
+    [[nodiscard]] bool has(int bit) const { return (m.F & bit) != 0; }
     void set(int bit) { m.F = static_cast<std::uint8_t>(m.F | bit); }
     void clear(int bit) { m.F = static_cast<std::uint8_t>(m.F & ~bit); }
 

@@ -238,7 +238,7 @@ void Principal::regen() {
 void Principal::noteValues() {
     machine_.synmem();
     machine_.PC &= 0xFFFF;  // PC is taken back from the four digits of its box
-    registers_->note({machine_, machine_.mem[static_cast<std::size_t>(machine_.HL)]});
+    registers_->note({machine_.registers(), machine_.mem[static_cast<std::size_t>(machine_.HL)]});
     listing_->note(machine_.PC);
     stack_->note(machine_.SP);
     viewsBehind_ = true;

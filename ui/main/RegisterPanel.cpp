@@ -172,7 +172,7 @@ void RegisterPanel::pairLeft(const PairBoxes& pair) {
 /// The boxes show the machine's registers again, and the cached pairs follow an edit as they follow a step.
 void RegisterPanel::registersEdited() {
     machine_.recomputePairs();
-    values_.registers = machine_;
+    values_.registers = machine_.registers();
 }
 
 void RegisterPanel::showMemoryByte() {

@@ -1,0 +1,53 @@
+# Installs the Debian packages that a script needs. To be sourced.
+
+build_packages=(
+  cmake fonts-dejavu-core g++ libzstd-dev ninja-build pkg-config
+  qt6-base-dev qt6-l10n-tools qt6-tools-dev qt6-translations-l10n
+)
+
+# What shows a window where there is no screen.
+display_packages=(openbox xvfb)
+
+# missing_packages PACKAGE...: prints those that are not installed.
+missing_packages() {
+  local installed package
+  installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
+    sed -n 's/ installed$//p' || true)
+  for package in "$@"; do
+    grep -qxF "$package" <<<"$installed" || echo "$package"
+  done
+}
+
+# require_packages PACKAGE...: installs what is missing, or says what is needed and ends the script.
+require_packages() {
+  if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    echo "This script sets up Debian 12 systems. Elsewhere, install the like of these packages by hand and" >&2
+    echo "build with CMake (see README.md): $*" >&2
+    exit 1
+  fi
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
+  ((${#missing[@]} == 0)) && return
+  local as_root=()
+  if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+      echo "Needed, but neither root nor sudo is here to install them: ${missing[*]}" >&2
+      exit 1
+    fi
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  if ! { "${as_root[@]}" apt-get update -qq &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+      "${missing[@]}" >/dev/null; }; then
+    echo "Could not install: ${missing[*]}" >&2
+    exit 1
+  fi
+}
+
+# configure PRESET [OPTION...]: configures a build folder once; CMake itself notices later changes.
+configure() {
+  local preset=$1
+  shift
+  [[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" "$@" >/dev/null
+}
