@@ -1,5 +1,6 @@
 #include "images/HexLoader.h"
 
+#include <array>
 #include <exception>
 #include <optional>
 #include <string_view>
@@ -15,6 +16,7 @@ constexpr int dataRecord = 0;
 constexpr int endOfFileRecord = 1;
 constexpr std::size_t headerLength = 8;  // count, address and type, behind the colon
 constexpr std::size_t checksumLength = 2;
+constexpr std::size_t maximumCount = 255;
 
 constexpr std::string_view noEndReason = "No hay código de fin.";
 
@@ -97,8 +99,9 @@ RecordCode extlinfic(std::string& cad, MachineState& m, Host& host) {
 
     if (cad.size() < checksumLength) throw RuntimeError(RuntimeError::Number::subscript);
     cad.resize(cad.size() - checksumLength);
-    for (std::int32_t i = 0; i < count; ++i) sum += dataByte(cad, i);
-    for (std::int32_t i = 0; i < count; ++i) host.savmem(address + i, dataByte(cad, i));
+    std::array<std::int32_t, maximumCount> data{};
+    for (std::int32_t i = 0; i < count; ++i) sum += data[static_cast<std::size_t>(i)] = dataByte(cad, i);
+    for (std::int32_t i = 0; i < count; ++i) host.savmem(address + i, data[static_cast<std::size_t>(i)]);
     m.synmem();
     return sumsToZero(sum + checksum) ? RecordCode::stored : RecordCode::badChecksum;
 }

@@ -8,9 +8,9 @@ namespace tavinor {
 
 void installSpanish(QCoreApplication& application) {
     QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    auto* toolkit = new QTranslator(&application);
-    if (toolkit->load(QStringLiteral(":/translations/qtbase_es.qm"))) {
-        QCoreApplication::installTranslator(toolkit);
+    for (const char* catalogue : {":/translations/qtbase_es.qm", ":/translations/toolkit_es.qm"}) {
+        auto* translator = new QTranslator(&application);
+        if (translator->load(QString::fromLatin1(catalogue))) QCoreApplication::installTranslator(translator);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "ui/common/FixedFont.h"
 #include "ui/common/HexBox.h"
 #include "ui/common/Naming.h"
+#include "ui/main/ListingAccessible.h"
 #include "ui/main/ListingRowDelegate.h"
 
 namespace tavinor {
@@ -29,6 +30,7 @@ QString spokenRow(const QString& text, bool isProgramCounter) {
 }  // namespace
 
 ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
+    ListingAccessible::install();
     named(this, QStringLiteral("prg"), QStringLiteral("Listado del programa"));
     setFont(fixedFont());
     setUniformItemSizes(true);
