@@ -51,11 +51,10 @@ AssemblyResult assembled(std::string_view source);
 std::vector<std::string> linesOf(std::string_view text);
 
 /// A machine that stores what a HEX file loads into it, and remembers which addresses.
-struct LoadedMachine : Host {
+struct LoadedMachine final : Host {
     void savmem(std::int32_t dir, std::int32_t dat) override;
     void savport(std::int32_t, std::int32_t) override {}
     void halt() override {}
-    virtual ~LoadedMachine() = default;
 
     MachineState machine;
     ImageBuffer image;  ///< Only what was stored.
