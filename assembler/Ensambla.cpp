@@ -1,0 +1,106 @@
+#include "assembler/Ensambla.h"
+
+#include <fstream>
+#include <ios>
+#include <iterator>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "assembler/HexWriter.h"
+#include "assembler/Messages.h"
+#include "assembler/OpcodeTable.h"
+#include "assembler/PaneText.h"
+#include "assembler/Passes.h"
+#include "assembler/SourceText.h"
+
+namespace tavinor {
+
+namespace {
+
+/// The two panes and the result of one run.
+class Run {
+  public:
+    explicit Run(AssemblyObserver& observer)
+        : observer_(observer), listing_(Pane::listing, observer), report_(Pane::report, observer) {
+        result_.image.fill(noByte);
+    }
+
+    void fail(std::string_view message) {
+        errorLine(listing_, message);
+        errorLine(report_, message);
+    }
+
+    void assemble(std::string bytes, std::span<const std::string_view> opcodes) {
+        const OpcodeTable table = creatabla(opcodes);
+        for (int i = 0; i < table.rowsOutOfOrder(); ++i) observer_.message(message::badTable);
+        DecodedText decoded = decode(std::move(bytes));
+        result_.encoding = decoded.encoding;
+        if (decoded.text.empty()) return fail(message::emptyFile);
+
+        SourceText source(std::move(decoded.text));
+        Passes passes(table, source, listing_, report_);
+        if (!passes.split() || !passes.place()) return;
+        result_.symbols = passes.symbols();
+        result_.assembled = passes.encode(result_.image);
+        if (!result_.assembled) result_.image.fill(noByte);
+    }
+
+    void writeHex(const std::filesystem::path& path) {
+        if (!result_.assembled) return;
+        listing_.flush();
+        result_.assembled = creafilehex(result_.image, path, report_, observer_);
+    }
+
+    AssemblyResult finish() {
+        result_.listing = listing_.take();
+        result_.report = report_.take();
+        return std::move(result_);
+    }
+
+  private:
+    AssemblyObserver& observer_;
+    PaneText listing_;
+    PaneText report_;
+    AssemblyResult result_;
+};
+
+/// Far beyond any program; keeps line numbers and statement sizes inside 32 bits.
+constexpr std::uintmax_t maximumSourceSize = std::uintmax_t{1} << 30;
+
+/// The bytes of a file, or nothing when it is no file, is too large or cannot be read.
+std::optional<std::string> readFile(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    std::ifstream file(path, std::ios::binary);
+    if (error || size > maximumSourceSize || !file) return std::nullopt;
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    if (file.bad()) return std::nullopt;
+    return bytes;
+}
+
+}  // namespace
+
+AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
+                        std::span<const std::string_view> opcodes) {
+    Run run(observer);
+    run.assemble(std::move(bytes), opcodes);
+    return run.finish();
+}
+
+AssemblyResult Ensambla(const std::filesystem::path& file1, const std::filesystem::path& file2,
+                        AssemblyObserver& observer) {
+    Run run(observer);
+    if (std::optional<std::string> bytes = readFile(file1)) {
+        run.assemble(std::move(*bytes), opcodeSources);
+        run.writeHex(file2);
+    } else {
+        run.fail(message::cannotOpen);
+    }
+    return run.finish();
+}
+
+}  // namespace tavinor

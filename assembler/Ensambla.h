@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "assembler/AssemblyObserver.h"
+#include "assembler/ImageBuffer.h"
+#include "assembler/OpcodeSources.h"
+#include "assembler/SymbolTable.h"
+#include "assembler/TextEncoding.h"
+
+namespace tavinor {
+
+/// What a run of the assembler gave.
+struct AssemblyResult {
+    bool assembled = false;            ///< No error was found and, by `Ensambla`, the HEX file was written.
+    std::string listing;               ///< What the listing pane shows: UTF-8, lines end in CR LF.
+    std::string report;                ///< What the report pane shows: the errors, or the HEX records.
+    std::vector<SymbolEntry> symbols;  ///< Empty unless the labels were free of errors.
+    ImageBuffer image{};               ///< All `noByte` after an error.
+    TextEncoding encoding = TextEncoding::utf8;  ///< The source's; the listing file has the same.
+};
+
+/// Assembles the bytes of a source file in three passes: splits the lines, places the statements, encodes
+/// them. All errors of a pass are reported, and the first pass with errors is the last one. Writes no file.
+/// `opcodes` are the sources of the opcode table.
+AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
+                        std::span<const std::string_view> opcodes = opcodeSources);
+
+/// Assembles the file `file1` and, when there was no error, writes the HEX file `file2` and shows its records
+/// in the report pane. Writes no listing file: see `creafilelst`.
+AssemblyResult Ensambla(const std::filesystem::path& file1, const std::filesystem::path& file2,
+                        AssemblyObserver& observer);
+
+}  // namespace tavinor

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "assembler/PaneText.h"
+#include "assembler/SymbolTable.h"
+#include "assembler/TextEncoding.h"
+
+namespace tavinor {
+
+/// A raw line that has no statement of its own, under the column of the sources.
+void listRawLine(PaneText& listing, std::string_view rawLine);
+
+/// A statement: its address, its bytes as digits, its raw line in column 17. Bytes that do not fit in front
+/// of that column stand on a line of their own, however long.
+void listStatement(PaneText& listing, std::int32_t address, std::string_view digits,
+                   std::string_view rawLine);
+
+/// The symbol table below the program.
+void listSymbols(PaneText& listing, const std::vector<SymbolEntry>& symbols);
+
+/// Writes the listing and one more line end to a file, in the encoding of the source.
+/// @returns false after any error of the file, when "Error creando fichero" has been sent to the observer.
+bool creafilelst(std::string_view listing, TextEncoding encoding, const std::filesystem::path& path,
+                 AssemblyObserver& observer);
+
+}  // namespace tavinor

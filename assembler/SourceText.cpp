@@ -1,0 +1,58 @@
+#include "assembler/SourceText.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "assembler/TextEncoding.h"
+#include "assembler/UpperCase.h"
+
+namespace tavinor {
+
+namespace {
+
+constexpr char commentMark = ';';
+constexpr std::string_view blankOrTab = " \t";
+
+/// What comes before the comment, without blanks and TABs around it. A ";" inside quotes begins a comment
+/// too: there are no quoted texts.
+std::string_view statementPart(std::string_view line) {
+    line = line.substr(0, line.find(commentMark));
+    const std::size_t first = line.find_first_not_of(blankOrTab);
+    if (first == std::string_view::npos) return {};
+    return line.substr(first, line.find_last_not_of(blankOrTab) - first + 1);
+}
+
+}  // namespace
+
+SourceText::SourceText(std::string text) : text_(std::move(text)) {
+    readLines();
+    cleaned_.reserve(text_.size());
+    statements_.reserve(rawLines_.size());
+    for (std::size_t line = 0; line < rawLines_.size(); ++line) {
+        const std::string_view cleaned = clean(rawLines_[line]);
+        if (cleaned.empty()) continue;
+        SourceStatement& statement = statements_.emplace_back();
+        statement.text = cleaned;
+        statement.line = static_cast<std::int32_t>(line);
+    }
+    if (statements_.empty()) statements_.emplace_back();
+}
+
+void SourceText::readLines() {
+    rawLines_ = splitLines(text_);
+    const auto first = std::find_if_not(rawLines_.begin(), rawLines_.end(),
+                                        [](std::string_view line) { return line.empty(); });
+    rawLines_.erase(rawLines_.begin(), first);
+    if (rawLines_.empty()) rawLines_.emplace_back();
+}
+
+std::string_view SourceText::clean(std::string_view line) {
+    const std::size_t start = cleaned_.size();
+    cleaned_ += statementPart(line);
+    const auto begin = cleaned_.begin() + static_cast<std::ptrdiff_t>(start);
+    std::replace(begin, cleaned_.end(), '\t', ' ');
+    upperCase(cleaned_, start);
+    return std::string_view(cleaned_).substr(start);
+}
+
+}  // namespace tavinor

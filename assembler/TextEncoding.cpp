@@ -1,0 +1,111 @@
+#include "assembler/TextEncoding.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include "assembler/Utf8.h"
+
+namespace tavinor {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t firstSpecial = 0x80;
+
+/// Windows-1252 where it is not Latin-1: bytes 80 to 9F. The undefined ones stand for themselves.
+constexpr std::array<char32_t, 32> specials{
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,  //
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,  //
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,  //
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+bool isSpecial(std::size_t code) {
+    return code >= firstSpecial && code < firstSpecial + specials.size();
+}
+
+char32_t fromWindows1252(std::uint8_t byte) {
+    return isSpecial(byte) ? specials[byte - firstSpecial] : byte;
+}
+
+std::optional<char> toWindows1252(char32_t c) {
+    if (c <= 0xFF && !isSpecial(c)) return static_cast<char>(c);
+    const auto* const found = std::find(specials.begin(), specials.end(), c);
+    if (found == specials.end()) return std::nullopt;
+    return static_cast<char>(firstSpecial + static_cast<std::size_t>(found - specials.begin()));
+}
+
+std::string windows1252ToUtf8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 8);
+    for (std::size_t i = 0; i < bytes.size();) {
+        const std::size_t ascii = skipAscii(bytes, i);
+        text.append(bytes, i, ascii - i);
+        if (ascii < bytes.size()) appendUtf8(text, fromWindows1252(static_cast<std::uint8_t>(bytes[ascii])));
+        i = ascii + 1;
+    }
+    return text;
+}
+
+std::string utf8ToWindows1252(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t ascii = skipAscii(text, i);
+        bytes.append(text, i, ascii - i);
+        if (ascii == text.size()) break;
+        const Utf8Character c = utf8At(text, ascii);
+        bytes += c.length == 0 ? '?' : toWindows1252(c.character).value_or('?');
+        i = ascii + std::max<std::size_t>(c.length, 1);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+bool isUtf8(std::string_view bytes) {
+    for (std::size_t i = skipAscii(bytes, 0); i < bytes.size(); i = skipAscii(bytes, i)) {
+        const std::size_t length = utf8At(bytes, i).length;
+        if (length == 0) return false;
+        i += length;
+    }
+    return true;
+}
+
+DecodedText decode(std::string bytes) {
+    if (bytes.starts_with(byteOrderMark)) bytes.erase(0, byteOrderMark.size());
+    if (isUtf8(bytes)) return {std::move(bytes), TextEncoding::utf8};
+    return {windows1252ToUtf8(bytes), TextEncoding::windows1252};
+}
+
+bool canEncode(std::string_view text, TextEncoding encoding) {
+    if (encoding == TextEncoding::utf8) return true;
+    for (std::size_t i = skipAscii(text, 0); i < text.size(); i = skipAscii(text, i)) {
+        const Utf8Character c = utf8At(text, i);
+        if (c.length == 0 || !toWindows1252(c.character)) return false;
+        i += c.length;
+    }
+    return true;
+}
+
+std::string encode(std::string_view text, TextEncoding encoding) {
+    return encoding == TextEncoding::utf8 ? std::string(text) : utf8ToWindows1252(text);
+}
+
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\r' && text[i] != '\n') continue;
+        lines.push_back(text.substr(start, i - start));
+        if (text.substr(i, 2) == "\r\n") ++i;
+        start = i + 1;
+    }
+    if (start < text.size()) lines.push_back(text.substr(start));
+    return lines;
+}
+
+}  // namespace tavinor

@@ -1,0 +1,295 @@
+#include "assembler/Ensambla.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "assembler/HexWriter.h"
+#include "assembler/ListingWriter.h"
+#include "tests/assembler/Support.h"
+
+namespace tavinor::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Events = std::vector<std::string>;
+
+const std::string cannotOpen = "==> ERROR: Error abriendo fichero\r\n";
+const std::string emptyFile = "==> ERROR: Fichero vacío\r\n";
+
+class Files : public testing::Test {
+  protected:
+    AssemblyResult run(const fs::path& source) { return Ensambla(source, hex_, observer_); }
+
+    AssemblyResult runText(std::string_view text) {
+        writeBytes(source_, text);
+        return run(source_);
+    }
+
+    static void expectOneLine(const AssemblyResult& result, const std::string& line) {
+        EXPECT_FALSE(result.assembled);
+        EXPECT_EQ(result.listing, line);
+        EXPECT_EQ(result.report, line);
+        EXPECT_TRUE(result.symbols.empty());
+    }
+
+    TemporaryDirectory directory_;
+    fs::path source_ = directory_ / "prog.asm";
+    fs::path hex_ = directory_ / "prog.HEX";
+    RecordingObserver observer_;
+};
+
+TEST_F(Files, AGoodRunWritesTheHexFileAndShowsIt) {
+    const AssemblyResult result = runText(" MVI A,5\r\n HLT\r\n");
+    EXPECT_TRUE(result.assembled);
+    EXPECT_EQ(readBytes(hex_), ":030000003E057644\r\n:00000001FF\r\n");
+    EXPECT_EQ(result.report, readBytes(hex_));
+    EXPECT_EQ(result.image[0], 0x3E);
+    EXPECT_EQ(result.image[2], 0x76);
+    EXPECT_EQ(result.image[3], noByte);
+}
+
+TEST_F(Files, ReplacesAnOldHexFile) {
+    writeBytes(hex_, std::string(100000, 'x'));
+    EXPECT_TRUE(runText(" NOP").assembled);
+    EXPECT_EQ(readBytes(hex_), ":0100000000FF\r\n:00000001FF\r\n");
+}
+
+TEST_F(Files, AfterAnErrorTheOldHexFileStays) {
+    writeBytes(hex_, "old");
+    const AssemblyResult result = runText(" JMP NADA");
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(readBytes(hex_), "old");
+    EXPECT_EQ(differences(ImageBuffer(result.image), assembled("NADA:").image), "");  // no byte at all
+    EXPECT_TRUE(observer_.messages.empty());
+}
+
+TEST_F(Files, EmptySource) {
+    expectOneLine(runText(""), emptyFile);
+    EXPECT_FALSE(fs::exists(hex_));
+}
+
+TEST_F(Files, SourceIsADirectory) {
+    expectOneLine(run(directory_ / "."), cannotOpen);
+}
+
+TEST_F(Files, SourceIsNotThere) {
+    expectOneLine(run(directory_ / "nada.asm"), cannotOpen);
+    EXPECT_FALSE(fs::exists(hex_));
+}
+
+TEST_F(Files, SourceVanishesBehindALink) {
+    fs::create_symlink(directory_ / "nada.asm", source_);
+    expectOneLine(run(source_), cannotOpen);
+}
+
+TEST_F(Files, SourceIsADevice) {
+    expectOneLine(run("/dev/zero"), cannotOpen);
+}
+
+TEST_F(Files, SourceIsAbsurdlyLarge) {
+    writeBytes(source_, " NOP");
+    fs::resize_file(source_, std::uintmax_t{1} << 40);  // takes no room on the disk
+    expectOneLine(run(source_), cannotOpen);
+}
+
+TEST_F(Files, HexPathIsADirectory) {
+    fs::create_directory(hex_);
+    const AssemblyResult result = runText(" NOP");
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(result.report, "");  // not created, so nothing is mirrored
+    EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
+}
+
+TEST_F(Files, HexPathIsInNoDirectory) {
+    hex_ = directory_ / "nada/prog.HEX";
+    EXPECT_FALSE(runText(" NOP").assembled);
+    EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
+}
+
+TEST_F(Files, DiskIsFull) {
+    hex_ = "/dev/full";
+    const AssemblyResult result = runText(" NOP");
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
+    EXPECT_NE(result.listing, "");
+}
+
+TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
+    const fs::path listing = directory_ / "prog.LST";
+    EXPECT_TRUE(creafilelst("uno\r\naño\r\n", TextEncoding::utf8, listing, observer_));
+    EXPECT_EQ(readBytes(listing), "uno\r\naño\r\n\r\n");
+    EXPECT_TRUE(creafilelst("año\r\n", TextEncoding::windows1252, listing, observer_));
+    EXPECT_EQ(readBytes(listing), "a\xF1o\r\n\r\n");
+    EXPECT_TRUE(observer_.messages.empty());
+}
+
+TEST_F(Files, ListingCannotBeWritten) {
+    for (const fs::path& path : {fs::path("/dev/full"), directory_ / ".", directory_ / "nada/prog.LST"}) {
+        observer_.messages.clear();
+        EXPECT_FALSE(creafilelst("uno\r\n", TextEncoding::utf8, path, observer_)) << path;
+        EXPECT_EQ(observer_.messages, Events{"Error creando fichero"}) << path;
+    }
+}
+
+TEST(Observer, HearsEveryPassAndTheRecords) {
+    TemporaryDirectory directory;
+    writeBytes(directory / "prog.asm", " NOP");
+    RecordingObserver observer;
+    Ensambla(directory / "prog.asm", directory / "prog.HEX", observer);
+    EXPECT_EQ(observer.events, (Events{"clear listing", "append listing", "clear listing", "append listing",
+                                       "clear listing", "append listing", "clear report", "append report"}));
+}
+
+TEST(Observer, HearsTheErrorsOfTheLastPass) {
+    RecordingObserver observer;
+    const AssemblyResult result = assemble(" HOLA", observer);
+    EXPECT_EQ(observer.panes[Pane::listing], result.listing);
+    EXPECT_EQ(observer.panes[Pane::report], result.report);
+    EXPECT_EQ(observer.events, (Events{"clear listing", "append listing", "append report"}));
+}
+
+TEST(Observer, HearsOfLongTextsInPieces) {
+    std::string source;
+    for (int i = 0; i < 20000; ++i) source += " NOP ; comentario\n";
+    RecordingObserver observer;
+    const AssemblyResult result = assemble(source, observer);
+    EXPECT_EQ(observer.panes[Pane::listing], result.listing);
+    EXPECT_GT(observer.events.size(), 10U);
+    EXPECT_LT(observer.events.size(), 100U);
+}
+
+TEST(Observer, HearsOfADisorderedTableBeforeAnythingElse) {
+    constexpr std::array<std::string_view, 4> disordered{"NOP^00", "CMA^2F", "EI^FB", "DI^F3"};
+    RecordingObserver observer;
+    const AssemblyResult result = assemble(" EI", observer, disordered);
+    EXPECT_EQ(observer.messages, (Events{"Error en tabla", "Error en tabla"}));
+    EXPECT_EQ(observer.events[1], "message Error en tabla");
+    EXPECT_TRUE(result.assembled);
+    EXPECT_EQ(result.image[0], 0xFB);
+}
+
+TEST(Observer, FullDiskIsToldAfterTheTexts) {
+    TemporaryDirectory directory;
+    writeBytes(directory / "prog.asm", " NOP");
+    RecordingObserver observer;
+    Ensambla(directory / "prog.asm", "/dev/full", observer);
+    ASSERT_FALSE(observer.events.empty());
+    EXPECT_EQ(observer.events.back(), "message Error creando fichero");
+    EXPECT_EQ(observer.panes[Pane::report], ":0100000000FF\r\n:00000001FF\r\n");
+}
+
+TEST(HexRecords, OfAnEmptyImage) {
+    EXPECT_EQ(hexRecords(assembled(";").image), ":00000001FF\r\n");
+}
+
+TEST(HexRecords, OfAFullImage) {
+    ImageBuffer image;
+    image.fill(0x55);
+    const std::vector<std::string> records = linesOf(hexRecords(image));
+    ASSERT_EQ(records.size(), 4097U);
+    EXPECT_EQ(records[0], ":1000000055555555555555555555555555555555A0");
+    EXPECT_EQ(records[4095], ":10FFF00055555555555555555555555555555555B1");
+}
+
+TEST(HexRecords, OfEveryOtherCell) {
+    ImageBuffer image;
+    for (std::size_t i = 0; i < imageSize; ++i) image[i] = i % 2 == 0 ? std::int16_t{1} : noByte;
+    const std::vector<std::string> records = linesOf(hexRecords(image));
+    EXPECT_EQ(records.size(), 32769U);
+    EXPECT_EQ(records[32767], ":01FFFE000101");
+}
+
+TEST(Result, HoldsTheSymbols) {
+    const AssemblyResult result = assembled("B: NOP\nA: EQU 7\n");
+    EXPECT_EQ(result.symbols, (std::vector<SymbolEntry>{{"B", 0}, {"A", 7}}));
+    EXPECT_TRUE(assembled("B: NOP\nB: NOP\n").symbols.empty());
+    EXPECT_EQ(assembled("B: JMP X\n").symbols.size(), 1U);
+}
+
+/// Counts lines and does not mind how many.
+std::size_t count(const std::string& text, std::string_view what) {
+    std::size_t found = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;
+    return found;
+}
+
+std::string repeated(std::string_view line, int times) {
+    std::string text;
+    for (int i = 0; i < times; ++i) text += line;
+    return text;
+}
+
+TEST(ManyErrors, TenThousandAreReported) {
+    const AssemblyResult result = assembled(repeated(" HOLA\n", 10000));
+    EXPECT_EQ(count(result.report, "Línea: "), 10000U);
+    EXPECT_EQ(count(result.report, "Demasiados"), 0U);
+    EXPECT_EQ(count(result.listing, "==> ERROR: "), 10000U);
+}
+
+TEST(ManyErrors, OneMoreEndsThePass) {
+    const AssemblyResult result = assembled(repeated(" HOLA\n", 20000));
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(count(result.report, "Línea: "), 10000U);
+    EXPECT_TRUE(result.report.ends_with("no valido\r\n==> ERROR: Demasiados errores\r\n"));
+    EXPECT_TRUE(result.listing.ends_with(" HOLA\r\n==> ERROR: Demasiados errores\r\n"));
+    EXPECT_EQ(count(result.listing, " HOLA\r\n"), 10001U);
+}
+
+/// Reporting every pair of a hundred thousand lines would take five thousand million lines.
+TEST(ManyErrors, OfOneLabelOverAndOver) {
+    const AssemblyResult result = assembled(repeated("A:\n", 100000));
+    EXPECT_EQ(count(result.report, "Etiqueta duplicada"), 10000U);
+    EXPECT_TRUE(result.report.ends_with("==> ERROR: Demasiados errores\r\n"));
+}
+
+TEST(ManyErrors, OfOneStatementInTheLastPass) {
+    const AssemblyResult result = assembled("A: NOP\n DFB " + std::string(20000, ',') + "\n");
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(count(result.report, "Operando incorrecto"), 10000U);
+    EXPECT_EQ(count(result.listing, "==> ERROR: Demasiados errores\r\n---"), 1U);
+    EXPECT_TRUE(result.listing.ends_with("TABLA DE SIMBOLOS\r\n" + std::string(40, '-') + "\r\nA\t0000\r\n"));
+}
+
+TEST(Large, LineOfAMillionCharacters) {
+    const std::string blanks(1000000, ' ');
+    const std::string letters(1000000, 'x');
+    EXPECT_TRUE(assembled(blanks + "NOP" + blanks + ";" + letters).assembled);
+    EXPECT_TRUE(assembled(letters + ": JMP " + letters).assembled);
+    EXPECT_TRUE(assembled(" MVI A," + std::string(1000000, '0') + blanks + "7").assembled);
+    EXPECT_FALSE(assembled(letters).assembled);
+    EXPECT_FALSE(assembled(std::string(1000000, ',')).assembled);
+    EXPECT_FALSE(assembled(std::string(1000000, ':')).assembled);
+    EXPECT_FALSE(assembled(" DFW " + std::string(1000000, ',')).assembled);  // does not fit the memory
+    EXPECT_FALSE(assembled(" LXI H," + std::string(1000000, '-')).assembled);
+}
+
+TEST(Large, SizesBeyond32BitsAreAnErrorAndNoMore) {
+    // Each statement claims two million bytes; together more than 31 bits can say.
+    const std::string huge = " DFW " + std::string(1000000, ',') + "\n";
+    std::string source;
+    for (int i = 0; i < 12; ++i) source += huge;
+    const AssemblyResult result = assembled(source);
+    EXPECT_EQ(count(result.report, "Dirección fuera de memoria"), 12U);
+}
+
+TEST(Large, AHundredMegabytes) {
+    TemporaryDirectory directory;
+    const std::string block =
+        "; sumas y restas, con una línea larga que solo es un comentario y nada más\n"
+        " ORG 100H\n MVI A,0FFH ; otra línea, que tiene un comentario aún más largo que ocupa lo suyo\n";
+    writeBytes(directory / "prog.asm", repeated(block, static_cast<int>(100'000'000 / block.size()) + 1));
+    AssemblyObserver nobody;
+    const AssemblyResult result = Ensambla(directory / "prog.asm", directory / "prog.HEX", nobody);
+    EXPECT_TRUE(result.assembled);
+    EXPECT_EQ(readBytes(directory / "prog.HEX"), ":020100003EFFC0\r\n:00000001FF\r\n");
+}
+
+}  // namespace
+
+}  // namespace tavinor::test

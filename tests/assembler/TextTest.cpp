@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "assembler/TextEncoding.h"
+#include "assembler/UpperCase.h"
+
+namespace tavinor {
+
+namespace {
+
+std::string everyByte() {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
+    return bytes;
+}
+
+std::string upperCased(std::string text) {
+    upperCase(text);
+    return text;
+}
+
+TEST(Decoding, AsciiAndUtf8StayAsTheyAre) {
+    for (const std::string text : {"", "NOP\r\n", "Ñandú €", "\xF0\x9F\x98\x80", "\xF4\x8F\xBF\xBF"}) {
+        const DecodedText decoded = decode(text);
+        EXPECT_EQ(decoded.text, text);
+        EXPECT_EQ(decoded.encoding, TextEncoding::utf8);
+    }
+}
+
+TEST(Decoding, SkipsAByteOrderMark) {
+    EXPECT_EQ(decode("\xEF\xBB\xBFNOP").text, "NOP");
+    EXPECT_EQ(decode("\xEF\xBB\xBF").text, "");
+    EXPECT_EQ(decode("\xEF\xBB\xBF"
+                     "a\xF1o")
+                  .text,
+              "año");
+    EXPECT_EQ(decode("NOP\xEF\xBB\xBF").text, "NOP\xEF\xBB\xBF");
+}
+
+TEST(Decoding, MalformedUtf8IsWindows1252) {
+    for (const std::string bytes :
+         {"\x80", "\xC3", "\xC0\x80", "\xE0\x80\x80", "\xE2\x82", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+          "\xF8\x88\x80\x80\x80", "\xFF", "ok\xF1", "12345678\xF1", "\xC3\xA9\xE9", "\xC3("}) {
+        EXPECT_FALSE(isUtf8(bytes));
+        EXPECT_EQ(decode(bytes).encoding, TextEncoding::windows1252) << bytes;
+        EXPECT_TRUE(isUtf8(decode(bytes).text));
+    }
+}
+
+TEST(Decoding, MalformedAtEveryPlaceIsSeen) {
+    for (std::size_t place = 0; place < 40; ++place) {
+        std::string bytes(40, 'x');
+        bytes[place] = '\xF1';
+        EXPECT_FALSE(isUtf8(bytes)) << place;
+    }
+}
+
+TEST(Windows1252, HasItsOwnCharacters) {
+    EXPECT_EQ(decode("\x80\x9F\x93\xF1").text, "€Ÿ“ñ");
+    EXPECT_EQ(encode("€Ÿ“ñ", TextEncoding::windows1252), "\x80\x9F\x93\xF1");
+}
+
+TEST(Windows1252, EveryByteSurvives) {
+    const DecodedText decoded = decode(everyByte());
+    ASSERT_EQ(decoded.encoding, TextEncoding::windows1252);
+    EXPECT_TRUE(canEncode(decoded.text, TextEncoding::windows1252));
+    EXPECT_EQ(encode(decoded.text, TextEncoding::windows1252), everyByte());
+}
+
+TEST(Windows1252, EveryByteInCapitalsStillExists) {
+    std::string text = decode(everyByte()).text;
+    const std::size_t length = text.size();
+    upperCase(text);
+    EXPECT_EQ(text.size(), length);
+    EXPECT_TRUE(canEncode(text, TextEncoding::windows1252));
+}
+
+TEST(Windows1252, ReplacesWhatItDoesNotHave) {
+    EXPECT_FALSE(canEncode("a Ω", TextEncoding::windows1252));
+    EXPECT_EQ(encode("a Ω 😀.", TextEncoding::windows1252), "a ? ?.");
+    EXPECT_TRUE(canEncode("a Ω", TextEncoding::utf8));
+    EXPECT_EQ(encode("a Ω", TextEncoding::utf8), "a Ω");
+    EXPECT_EQ(encode("\xFF", TextEncoding::windows1252), "?");
+}
+
+TEST(Lines, EndInEachOfThreeWays) {
+    using Lines = std::vector<std::string_view>;
+    EXPECT_EQ(splitLines(""), Lines{});
+    EXPECT_EQ(splitLines("a"), (Lines{"a"}));
+    EXPECT_EQ(splitLines("a\r\nb\nc\rd"), (Lines{"a", "b", "c", "d"}));
+    EXPECT_EQ(splitLines("a\r\n"), (Lines{"a"}));
+    EXPECT_EQ(splitLines("a\r"), (Lines{"a"}));
+    EXPECT_EQ(splitLines("\n"), (Lines{""}));
+    EXPECT_EQ(splitLines("\r\r\n\n"), (Lines{"", "", ""}));
+    EXPECT_EQ(splitLines("\n\r"), (Lines{"", ""}));
+    EXPECT_EQ(splitLines(" \n"), (Lines{" "}));
+}
+
+TEST(Capitals, OfLettersWithAndWithoutAccents) {
+    EXPECT_EQ(upperCased("abcxyz019_@[`{"), "ABCXYZ019_@[`{");
+    EXPECT_EQ(upperCased("áéíóúüñçàêõœšžÿ"), "ÁÉÍÓÚÜÑÇÀÊÕŒŠŽŸ");
+    EXPECT_EQ(upperCased("ÁÉÍ÷×ß"), "ÁÉÍ÷×ß");
+    EXPECT_EQ(upperCased("łőřţǎǵșẁỳ"), "ŁŐŘŢǍǴȘẀỲ");
+    EXPECT_EQ(upperCased("αβγςάώжцё"), "ΑΒΓΣΆΏЖЦЁ");
+    EXPECT_EQ(upperCased("€😀"), "€😀");
+}
+
+TEST(Capitals, LeaveWhatWouldChangeItsLength) {
+    EXPECT_EQ(upperCased("ßıſŉǰ"), "ßıſŉǰ");
+    EXPECT_EQ(upperCased("µƒ"), "µƒ");  // and what would leave Windows-1252
+}
+
+TEST(Capitals, FromAPlaceOn) {
+    std::string text = "abañb";
+    upperCase(text, 2);
+    EXPECT_EQ(text, "abAÑB");
+}
+
+TEST(Capitals, DoNotTouchMalformedText) {
+    EXPECT_EQ(upperCased("a\xFF"
+                         "b\xC3"),
+              "A\xFF"
+              "B\xC3");
+}
+
+TEST(Capitals, AreCapitalsThemselves) {
+    for (char32_t c = 0; c < 0x3000; ++c) EXPECT_EQ(upperCase(upperCase(c)), upperCase(c)) << static_cast<std::uint32_t>(c);
+}
+
+}  // namespace
+
+}  // namespace tavinor

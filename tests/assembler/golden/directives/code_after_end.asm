@@ -1,0 +1,6 @@
+; END ends nothing
+ NOP
+ END INICIO
+ HLT
+X: JMP X
+ END

@@ -1,0 +1,7 @@
+ CPU 8085
+ CPU 1,2
+ HOF INT8
+ CPU
+ HOF
+ NOP
+ END

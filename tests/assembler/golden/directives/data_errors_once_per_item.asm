@@ -1,0 +1,2 @@
+ DFB A,B,C
+ DFW A,1,B

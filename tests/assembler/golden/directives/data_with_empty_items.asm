@@ -1,0 +1,4 @@
+ DFB 1,
+ DFB ,1
+ DFB 1,,2
+ DFW ,

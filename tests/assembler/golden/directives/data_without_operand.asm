@@ -1,0 +1,3 @@
+; one empty item
+ DFB
+ DFW

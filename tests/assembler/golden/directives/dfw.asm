@@ -1,0 +1,4 @@
+ DFW 1234H
+ DFW 1,2
+ DFW 1 , 2 , 3
+ DFW 0FFFFH

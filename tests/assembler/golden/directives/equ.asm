@@ -1,0 +1,2 @@
+N: EQU 10H
+ MVI A,N

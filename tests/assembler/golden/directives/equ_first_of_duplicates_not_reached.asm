@@ -1,0 +1,3 @@
+N: EQU 0
+Z: EQU 0FFH
+ DFB N,Z

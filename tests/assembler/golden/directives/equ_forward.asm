@@ -1,0 +1,4 @@
+ MVI A,N
+ LXI H,M
+N: EQU 10H
+M: EQU 0FFFFH

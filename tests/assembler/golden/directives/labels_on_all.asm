@@ -1,0 +1,8 @@
+A: CPU 8085
+B: HOF
+C: NOP
+D: END
+E: DFB 1
+F: DFW 2
+G: ORG 20H
+H: EQU 7

@@ -1,0 +1,4 @@
+ ORG 10H
+ JMP 1234H
+ ORG 10H
+ NOP

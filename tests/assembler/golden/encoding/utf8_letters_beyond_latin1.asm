@@ -1,0 +1,10 @@
+łódź: NOP
+ JMP ŁÓDŹ
+αβγς: NOP
+ JMP ΑΒΓΣ
+жук: NOP
+ JMP ЖУК
+ıſŉ: NOP
+ JMP ıſŉ
+ẁỳ: NOP
+ JMP ẀỲ

@@ -1,0 +1,2 @@
+﻿INICIO: NOP ; día
+ JMP inicio

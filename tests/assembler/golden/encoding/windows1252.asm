@@ -1,0 +1,3 @@
+; año
+Ñandú: NOP ; señal € „comillas“
+ JMP ñandú

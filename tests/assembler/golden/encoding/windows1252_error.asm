@@ -1,0 +1,2 @@
+ NOP
+ HOLA ; señor

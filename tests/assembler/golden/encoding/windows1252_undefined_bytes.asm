@@ -1,0 +1,3 @@
+ NOP ; 
+X: HLT
+ JMP x

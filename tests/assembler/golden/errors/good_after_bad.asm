@@ -1,0 +1,4 @@
+ ORG 100H
+ MVI A,B0
+ HLT
+X: DFB 1

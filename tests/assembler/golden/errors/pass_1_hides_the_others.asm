@@ -1,0 +1,4 @@
+A: NOP
+A: ORG NADA
+ JMP NADIE
+ HOLA

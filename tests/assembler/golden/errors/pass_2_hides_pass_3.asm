@@ -1,0 +1,3 @@
+A: NOP
+A: NOP
+ JMP NADIE

@@ -1,0 +1,2 @@
+A: JMP NADIE
+ HLT

@@ -1,0 +1,2 @@
+ DFB A,B
+: MOVA,B

@@ -1,0 +1,2 @@
+ DFB A,2,B
+ LXI H,Z

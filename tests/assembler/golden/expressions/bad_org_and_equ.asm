@@ -1,0 +1,7 @@
+ ORG 65536
+ ORG 5-10
+N: EQU 65536
+M: EQU 1-2
+ ORG
+O: EQU
+ ORG -1

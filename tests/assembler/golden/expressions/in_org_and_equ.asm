@@ -1,0 +1,7 @@
+ ORG 100H+10H
+N: EQU 20H-1
+M: EQU 1 + 2 + 3
+ MVI A,N
+ MVI B,M
+ ORG 200H - 1
+ HLT

@@ -1,0 +1,3 @@
+ MVI A,5+
+ MVI A,5-
+ MVI A,+

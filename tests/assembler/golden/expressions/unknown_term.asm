@@ -1,0 +1,2 @@
+ LXI H,NADA+1
+ LXI H,1+NADA

@@ -1,0 +1,11 @@
+ ADI 1
+ ACI 2
+ SUI 3
+ SBI 4
+ ANI 5
+ XRI 6
+ ORI 7
+ CPI 8
+ IN 9
+ OUT 10
+ MVI M,11

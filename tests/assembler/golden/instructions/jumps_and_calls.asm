@@ -1,0 +1,16 @@
+ JNZ 1
+ JZ 2
+ JNC 3
+ JC 4
+ JPO 5
+ JPE 6
+ JP 7
+ JM 8
+ CNZ 9
+ CZ 10
+ CNC 11
+ CC 12
+ CPO 13
+ CPE 14
+ CP 15
+ CM 16

@@ -1,0 +1,3 @@
+; the code of MOV M,M is the one of HLT
+ MOV M,M
+ HLT

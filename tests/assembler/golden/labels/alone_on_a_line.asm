@@ -1,0 +1,4 @@
+ NOP
+LOOP:
+ JMP LOOP
+FIN:

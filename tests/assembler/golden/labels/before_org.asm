@@ -1,0 +1,3 @@
+A:
+B: ORG 50H
+C: HLT

@@ -1,0 +1,2 @@
+MI  BUCLE : NOP
+ OTRA MAS: NOP

@@ -1,0 +1,2 @@
+A: NOP
+A: NOP

@@ -1,0 +1,3 @@
+; the duplicate is reported before the value
+N: EQU 1
+N: EQU X

@@ -1,0 +1,2 @@
+fin: NOP
+FIN: NOP

@@ -1,0 +1,2 @@
+; both errors of one statement, in this order
+: HOLA

@@ -1,0 +1,4 @@
+X: ORG 100H
+Y: NOP
+ LXI H,X
+ LXI H,Y

@@ -1,0 +1,2 @@
+; only the first colon ends a label
+A: B: NOP

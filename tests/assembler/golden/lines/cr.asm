@@ -1,0 +1,1 @@
+ NOP; betweenX: JMP X

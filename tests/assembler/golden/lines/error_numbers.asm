@@ -1,0 +1,5 @@
+ NOP
+ HOLA ; line 2
+
+; line 4
+ HOLA ; line 5

@@ -1,0 +1,3 @@
+ NOP
+ HLT
+ NOP

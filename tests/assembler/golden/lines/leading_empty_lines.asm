@@ -1,0 +1,5 @@
+
+
+ NOP
+ ; four
+ HOLA

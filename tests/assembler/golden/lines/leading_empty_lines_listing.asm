@@ -1,0 +1,7 @@
+
+
+
+; first
+ NOP
+
+ HLT

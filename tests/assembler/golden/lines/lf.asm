@@ -1,0 +1,3 @@
+ NOP
+; between
+X: JMP X

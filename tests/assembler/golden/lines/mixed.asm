@@ -1,0 +1,6 @@
+ NOP
+ HLT
+ CMA CMC
+
+ DAA
+ EI

@@ -1,0 +1,4 @@
+ NOP
+; comment
+ HOLA
+ HLT

@@ -1,0 +1,4 @@
+A: NOP
+; comment
+A: NOP
+ HLT

@@ -1,0 +1,2 @@
+A: JMP NADA
+B: HLT

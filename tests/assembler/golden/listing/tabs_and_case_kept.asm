@@ -1,0 +1,2 @@
+	mvi	a , 0fh	; Comentario	con TAB   
+   Etiqueta :   hlt   

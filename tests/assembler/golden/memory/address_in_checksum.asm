@@ -1,0 +1,2 @@
+ ORG 0ABCDH
+ DFB 0EFH

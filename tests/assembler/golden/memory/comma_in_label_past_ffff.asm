@@ -1,0 +1,3 @@
+; the size counts, not the bytes
+ ORG 0FFFFH
+A,B: DFB 1

@@ -1,0 +1,3 @@
+ DFB 1
+ ORG 2
+ DFB 3

@@ -1,0 +1,3 @@
+; reported once, at the statement
+ ORG 0FFFEH
+ JMP 0

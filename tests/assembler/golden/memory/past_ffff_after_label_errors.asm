@@ -1,0 +1,3 @@
+X: EQU 1
+ ORG 0FFFFH
+X: JMP 0

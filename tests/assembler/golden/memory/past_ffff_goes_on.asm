@@ -1,0 +1,6 @@
+ ORG 0FFFFH
+ NOP
+ NOP
+ NOP
+X: NOP
+X: NOP

@@ -1,0 +1,2 @@
+ ORG 0FFFDH
+ JMP 0

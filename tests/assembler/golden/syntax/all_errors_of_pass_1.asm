@@ -1,0 +1,6 @@
+: NOP
+:
+: HOLA
+: MOVA,B
+ NADA
+X:: NOP

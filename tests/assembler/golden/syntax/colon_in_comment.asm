@@ -1,0 +1,3 @@
+ NOP ; not a label: this
+ JMP FIN ;:
+FIN: HLT ; FIN: twice?

@@ -1,0 +1,4 @@
+ MVI A,1,2
+ LXI H,1,2
+ JMP 1,2
+ ORG 1,2

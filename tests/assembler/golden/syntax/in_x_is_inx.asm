@@ -1,0 +1,4 @@
+; INXB: the blank makes no difference
+ IN XB
+ DC XSP
+ PU SHPSW

@@ -1,0 +1,3 @@
+; a JPE without operand, although there is a label E
+E: NOP
+ JP E

@@ -1,0 +1,2 @@
+O: NOP
+ JP O

@@ -1,0 +1,2 @@
+; no quoted texts: the statement ends at the mark
+ DFB ';'

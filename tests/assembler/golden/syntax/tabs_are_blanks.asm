@@ -1,0 +1,3 @@
+	MOV	A,	B
+X:	MVI	A ,	10H	; comment	with tabs
+	DFB	1,	2

@@ -1,0 +1,9 @@
+ HOLA
+ MOV A B
+ MOV A,X
+ CMP
+ RST 8
+ LXI A,5
+ PUSH SP
+ LDAX H
+ ADD A,B
