@@ -8,7 +8,7 @@
 #include <QWindow>
 
 #include "machine/HexText.h"
-#include "ui/common/FixedFont.h"
+#include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 

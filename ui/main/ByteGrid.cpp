@@ -8,7 +8,7 @@
 
 #include "machine/HexText.h"
 #include "machine/MachineState.h"
-#include "ui/common/FixedFont.h"
+#include "ui/common/Fonts.h"
 
 namespace tavinor {
 

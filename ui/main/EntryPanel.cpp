@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
-#include "ui/common/FixedFont.h"
+#include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {

@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {
@@ -27,13 +28,6 @@ constexpr std::array<OptionName, Halt::optionCount> optionNames{{
     {"RST7.5", "Salir con RST 7.5"},
     {"INTR", "Salir con INTR"},
 }};
-
-QFont arial(const QFont& base, bool bold) {
-    QFont font(QStringLiteral("Arial"));
-    font.setPointSizeF(base.pointSizeF() * (bold ? 1.2 : 1.0));
-    font.setBold(bold);
-    return font;
-}
 
 }  // namespace
 
@@ -58,7 +52,7 @@ void Halt::layOut() {
     const auto addLabel = [this, layout](const char* name, const char* text, bool bold) {
         auto* label = new QLabel(QString::fromUtf8(text), this);
         label->setObjectName(QString::fromLatin1(name));
-        label->setFont(arial(font(), bold));
+        label->setFont(arialFont(bold ? 1.2 : 1.0, bold));
         layout->addWidget(label);
     };
     addLabel("Label1", "Programa Parado por instrucción HLT", true);

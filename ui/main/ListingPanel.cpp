@@ -7,7 +7,7 @@
 #include <QWheelEvent>
 #include <cstdlib>
 
-#include "ui/common/FixedFont.h"
+#include "ui/common/Fonts.h"
 #include "ui/common/HexBox.h"
 #include "ui/common/Naming.h"
 #include "ui/main/ListingAccessible.h"

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
@@ -15,6 +16,8 @@
 #include <memory>
 #include <optional>
 
+#include "assembler/OutputPaths.h"
+#include "assembler/window/Ensamblador.h"
 #include "images/HexLoader.h"
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
@@ -34,6 +37,13 @@
 namespace tavinor {
 
 namespace {
+
+std::filesystem::path toPath(const QString& name) {
+    return {name.toStdU16String()};
+}
+QString fromPath(const std::filesystem::path& path) {
+    return QString::fromStdU16String(path.u16string());
+}
 
 QString errorText(const RuntimeError& error) {
     return error.number() == RuntimeError::Number::overflow
@@ -103,7 +113,7 @@ void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
     listains->setEnabled(false);
-    for (CommandButton* later : {commands_->Ensamblar, commands_->Editar, commands_->about}) {
+    for (CommandButton* later : {commands_->Editar, commands_->about}) {
         later->setEnabled(false);
     }
 }
@@ -117,6 +127,7 @@ void Principal::connectCommands() {
     connectCommand(commands_->Ejecutar, &CommandButton::command, &Principal::Ejecutar_Click);
     connectCommand(commands_->Eje_paso, &CommandButton::command, &Principal::Eje_paso_Click);
     connectCommand(commands_->CargarHEX, &CommandButton::command, &Principal::CargarHEX_Click);
+    connectCommand(commands_->Ensamblar, &CommandButton::command, &Principal::Ensamblar_Click);
     connectCommand(commands_->Reset, &CommandButton::command, &Principal::Reset_Click);
     connectCommand(interrupts_, &InterruptPanel::trapRequested, &Principal::Trap_Click);
     connectCommand(interrupts_, &InterruptPanel::rst55Requested, &Principal::Rst55_Click);
@@ -265,11 +276,26 @@ void Principal::CargarHEX_Click() {
 }
 
 void Principal::loadHexFile(const QString& path) {
-    const LoadResult result =
-        carga(std::filesystem::path(path.toStdU16String()), machine_, breakpoints_, *this);
+    const LoadResult result = carga(toPath(path), machine_, breakpoints_, *this);
     if (!result.loaded) showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
     regen();
     if (result.loaded) showMessage(this, QStringLiteral("Carga correcta"));
+}
+
+void Principal::Ensamblar_Click() {
+    const std::optional<QString> source = askFileToOpen(
+        this, {.title = QStringLiteral("Ensamblar fichero .ASM"),
+               .filter = QStringLiteral("Fichero ensamblador (*.asm)|*.asm|Todos los ficheros (*.*)|*.*"),
+               .initialName = QStringLiteral("*.asm")});
+    if (!source) return;
+    if (!QFileInfo::exists(*source)) {
+        showMessage(this, QStringLiteral("El fichero: ") + *source + QStringLiteral(" no existe"));
+        return;
+    }
+    const OutputPaths outputs = outputPaths(toPath(*source));
+    Ensamblador window(this);
+    window.assemble(*source, fromPath(outputs.hex), fromPath(outputs.listing));
+    regen();
 }
 
 void Principal::Reset_Click() {

@@ -62,6 +62,7 @@ class Principal : public QMainWindow, private Host {
     void Ejecutar_Click();
     void Eje_paso_Click();
     void CargarHEX_Click();
+    void Ensamblar_Click();
     void Reset_Click();
     void Trap_Click();
     void Rst55_Click();

@@ -1,4 +1,4 @@
-#include "ui/common/FixedFont.h"
+#include "ui/common/Fonts.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -20,6 +20,14 @@ QFont fixedFont() {
     font.setFixedPitch(true);
     font.setStyleHint(QFont::Monospace);
     font.setPointSizeF(QApplication::font().pointSizeF());
+    return font;
+}
+
+QFont arialFont(double scale, bool bold) {
+    QFont font(QStringLiteral("Arial"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPointSizeF(QApplication::font().pointSizeF() * scale);
+    font.setBold(bold);
     return font;
 }
 

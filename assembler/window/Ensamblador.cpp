@@ -1,0 +1,132 @@
+#include "assembler/window/Ensamblador.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <filesystem>
+
+#include "assembler/Ensambla.h"
+#include "assembler/ListingWriter.h"
+#include "assembler/window/ErrorHighlighter.h"
+#include "assembler/window/PaneFeeder.h"
+#include "ui/common/Fonts.h"
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+namespace {
+
+std::filesystem::path toPath(const QLabel* label) {
+    return {label->text().toStdU16String()};
+}
+
+QLabel* pathLabel(const char* name, const char* spoken, QWidget* parent) {
+    auto* label = named(new QLabel(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QPlainTextEdit* pane(const char* name, const char* spoken, int columns, int lines, QWidget* parent) {
+    auto* text = named(new QPlainTextEdit(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
+    text->setReadOnly(true);
+    text->setUndoRedoEnabled(false);
+    text->setFont(fixedFont());
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setTabChangesFocus(true);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    const QFontMetrics metrics(text->font());
+    text->setTabStopDistance(8 * metrics.horizontalAdvance(' '));
+    text->setMinimumSize(columns * metrics.horizontalAdvance('0') + 40, lines * metrics.lineSpacing());
+    return text;
+}
+
+}  // namespace
+
+Ensamblador::Ensamblador(QWidget* parent)
+    : QDialog(parent),
+      file1(pathLabel("file1", "Fichero fuente", this)),
+      file2(pathLabel("file2", "Fichero HEX", this)),
+      file3(pathLabel("file3", "Fichero de listado", this)),
+      filelst(pane("filelst", "Listado", 76, 22, this)),
+      filehex(pane("filehex", "Informe de errores o registros HEX", 76, 7, this)),
+      Label1(named(new QLabel(this), QStringLiteral("Label1"), QStringLiteral("Resultado"))),
+      cerrar(named(new QPushButton(QStringLiteral("&Cerrar"), this), QStringLiteral("cerrar"),
+                   QStringLiteral("Cerrar"))) {
+    setObjectName(QStringLiteral("Ensamblador"));
+    setWindowTitle(applicationTitle());
+    if (parent != nullptr) setWindowIcon(parent->windowIcon());
+    filehex->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    filehex->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    new ErrorHighlighter(filehex->document());
+    layOut();
+    connect(cerrar, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void Ensamblador::layOut() {
+    file2->hide();
+    file3->hide();
+    Label1->setFont(arialFont(1.3, true));
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(Label1, 1);
+    bottom->addWidget(cerrar);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(file1);
+    layout->addWidget(filelst, 10);
+    layout->addWidget(filehex, 3);
+    layout->addLayout(bottom);
+}
+
+void Ensamblador::assemble(const QString& source, const QString& hex, const QString& listing) {
+    file1->setText(source);
+    file2->setText(hex);
+    file3->setText(listing);
+    filelst->clear();
+    filehex->clear();
+    Label1->clear();
+    cerrar->setEnabled(false);
+    QTimer::singleShot(0, this, &Ensamblador::run);  // once the window is on the screen
+    exec();
+}
+
+bool Ensamblador::running() const {
+    return !cerrar->isEnabled();
+}
+
+void Ensamblador::run() {
+    PaneFeeder feeder(filelst, filehex, this);
+    const AssemblyResult result = Ensambla(toPath(file1), toPath(file2), feeder);
+    feeder.finish();
+    showOutcome(result);
+    if (!file3->text().isEmpty()) creafilelst(result.listing, result.encoding, toPath(file3), feeder);
+}
+
+void Ensamblador::showOutcome(const AssemblyResult& result) {
+    cerrar->setEnabled(true);
+    if (result.assembled) {
+        Label1->setText(QStringLiteral("Ensamblado correcto"));
+        QApplication::beep();
+        cerrar->setFocus();
+        return;
+    }
+    Label1->setText(QStringLiteral("Ensamblado incorrecto"));
+    filehex->moveCursor(QTextCursor::Start);  // the first error in view
+    showMessage(this, QStringLiteral("Ensamblado incorrecto"));
+    filehex->setFocus();
+}
+
+void Ensamblador::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (!running()) accept();
+}
+
+void Ensamblador::reject() {
+    if (!running()) QDialog::reject();
+}
+
+}  // namespace tavinor

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace tavinor {
+
+struct AssemblyResult;
+
+/// The assembler's window: it assembles a source as soon as it is shown, shows the listing and the error
+/// report or the HEX records growing, says how it ended and writes the listing file. It cannot be closed
+/// before.
+class Ensamblador : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit Ensamblador(QWidget* parent);
+
+    /// Shows the window over its parent, assembles `source` into `hex` and writes `listing` (none when
+    /// empty); returns when the window has been closed. Once for each window.
+    void assemble(const QString& source, const QString& hex, const QString& listing);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void reject() override;
+
+  private:
+    void layOut();
+    void run();
+    void showOutcome(const AssemblyResult& result);
+    [[nodiscard]] bool running() const;
+
+    QLabel *file1, *file2, *file3;
+    QPlainTextEdit *filelst, *filehex;
+    QLabel* Label1;
+    QPushButton* cerrar;
+};
+
+}  // namespace tavinor

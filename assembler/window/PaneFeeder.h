@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+#include "assembler/AssemblyObserver.h"
+
+class QPlainTextEdit;
+class QWidget;
+
+namespace tavinor {
+
+/// Passes the texts of an assembly on to the panes of its window, a few times a second, and lets the window
+/// paint meanwhile. Boxes are shown at their moment.
+class PaneFeeder : public AssemblyObserver {
+  public:
+    PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget* window);
+
+    void cleared(Pane pane) override;
+    void appended(Pane pane, std::string_view text) override;
+    void message(std::string_view text) override;
+
+    /// Shows what has come and was not shown yet.
+    void finish();
+
+  private:
+    /// A pane and the text that waits to be shown at its end.
+    struct Feed {
+        QPlainTextEdit* pane;
+        QByteArray waiting;
+        bool clearFirst = false;
+    };
+
+    Feed& feed(Pane pane) { return pane == Pane::listing ? listing_ : report_; }
+    void showPiece(Feed& feed);
+
+    Feed listing_;
+    Feed report_;
+    QWidget* window_;
+    QElapsedTimer sinceShown_;
+};
+
+}  // namespace tavinor
