@@ -32,7 +32,8 @@ struct LoadResult {
 ///
 /// `cad` is consumed: colon, header and checksum are cut off while the procedure works. After a data record
 /// the mirror cells are refreshed.
-/// @throws RuntimeError subscript when the data runs past FFFF; the bytes before stay stored.
+/// @throws RuntimeError subscript when a data record is too short for its checksum (nothing stored) or runs
+///     past FFFF (the bytes before stay stored).
 RecordCode extlinfic(std::string& cad, MachineState& m, Host& host);
 
 /// Loads a file up to its end record. Every byte is stored as it is read: a load that fails later leaves the

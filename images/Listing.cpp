@@ -52,8 +52,8 @@ void Listing::position(std::int32_t address) {
 }
 
 void Listing::rebuildInPlace() {
-    const std::int32_t current = selected_ == noRow ? 0 : address(selected_);
-    selected_ = dispmem(address(0), current);
+    const std::int32_t current = addressOrZero(selected_);
+    selected_ = dispmem(addressOrZero(0), current);
 }
 
 void Listing::rebuildFrom(std::int32_t start) {
@@ -90,6 +90,10 @@ void Listing::select(int row) {
 std::int32_t Listing::address(int row) const {
     const std::string& text = rows_[asIndex(row, static_cast<std::int32_t>(rows_.size()))];
     return dec(std::string_view(text).substr(0, addressDigits));
+}
+
+std::int32_t Listing::addressOrZero(int row) const {
+    return row >= 0 && row < static_cast<int>(rows_.size()) ? address(row) : 0;
 }
 
 }  // namespace tavinor

@@ -32,8 +32,8 @@ class Listing {
     /// Rebuilds the rows so that `address` (0..65535) shows with up to 12 bytes before it, and selects it.
     void position(std::int32_t address);
 
-    /// Rebuilds the rows from the first one and selects the row of the address that was selected (0000 when
-    /// none was).
+    /// Rebuilds the rows from the first one and selects the row of the address that was selected. A row that
+    /// is not there, in an empty list or without a selection, counts as 0000.
     void rebuildInPlace();
 
     /// Up arrow on the first row: one byte back, whatever instruction boundary that falls on.
@@ -50,11 +50,14 @@ class Listing {
     /// Selects a row; outside 0..rows-1 means none.
     void select(int row);
     [[nodiscard]] bool firstSelected() const { return selected_ == 0; }
-    [[nodiscard]] bool lastSelected() const { return selected_ == static_cast<int>(rows_.size()) - 1; }
+    [[nodiscard]] bool lastSelected() const {
+        return selected_ != noRow && selected_ == static_cast<int>(rows_.size()) - 1;
+    }
     /// The address of a row. @throws RuntimeError subscript when there is no such row.
     [[nodiscard]] std::int32_t address(int row) const;
 
   private:
+    [[nodiscard]] std::int32_t addressOrZero(int row) const;
     void rebuildFrom(std::int32_t start);
 
     MachineState& machine_;

@@ -20,12 +20,13 @@ std::string hexa(double value, int width);
 /// The decimal digits of `value`, with "-" in front of a negative one and no blanks.
 std::string ls(std::int32_t value);
 
-/// The value of hexadecimal text in either case: -32768 + 65536 .. 2147483647.
+/// The value of hexadecimal text in either case: -2147418112 .. 2147483647.
 ///
 /// Blanks, TABs and line feeds are skipped wherever they stand; any other character that is no digit ends the
 /// number; no digit at all is 0; of more than eight digits the last eight count. Up to four digits read as a
 /// signed 16-bit value, more as a signed 32-bit value, and a negative result is corrected by adding 65536: so
-/// "FFFF" and "FFFFFFFF" are both 65535. Values above 65535 are returned as they are. Never fails.
+/// "FFFF" and "FFFFFFFF" are both 65535, and "80000000" stays negative. Values above 65535 are returned as
+/// they are. Never fails.
 std::int32_t dec(std::string_view text);
 
 }  // namespace tavinor

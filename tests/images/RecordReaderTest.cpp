@@ -1,0 +1,71 @@
+#include "images/RecordReader.h"
+
+#include <gtest/gtest.h>
+
+#include <ios>
+#include <string>
+#include <vector>
+
+#include "tests/support/TemporaryFolder.h"
+
+namespace tavinor::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines linesOf(std::string_view content) {
+    const TemporaryFolder folder;
+    RecordReader reader(folder.write("file", content));
+    Lines result;
+    while (std::optional<std::string> line = reader.next()) result.push_back(*line);
+    EXPECT_FALSE(reader.next().has_value()) << "the end stays the end";
+    return result;
+}
+
+TEST(RecordReader, SplitsAtEveryKindOfLineEnd) {
+    EXPECT_EQ(linesOf("a\nb\n"), (Lines{"a", "b"}));
+    EXPECT_EQ(linesOf("a\r\nb\r\n"), (Lines{"a", "b"}));
+    EXPECT_EQ(linesOf("a\rb\r"), (Lines{"a", "b"}));
+    EXPECT_EQ(linesOf("a\nb"), (Lines{"a", "b"}));
+}
+
+TEST(RecordReader, KeepsEmptyLinesAndInventsNone) {
+    EXPECT_EQ(linesOf(""), Lines{});
+    EXPECT_EQ(linesOf("\n"), (Lines{""}));
+    EXPECT_EQ(linesOf("\r\n\r\n"), (Lines{"", ""}));
+    EXPECT_EQ(linesOf("\r\r"), (Lines{"", ""}));
+    EXPECT_EQ(linesOf("\n\r"), (Lines{"", ""}));
+    EXPECT_EQ(linesOf("a\n\nb"), (Lines{"a", "", "b"}));
+}
+
+TEST(RecordReader, DropsTheBlanksAroundALineAndKeepsThoseInside) {
+    EXPECT_EQ(linesOf("  a  b   \n"), (Lines{"a  b"}));
+    EXPECT_EQ(linesOf("    \n a"), (Lines{"", "a"}));
+    EXPECT_EQ(linesOf("\ta\t\n"), (Lines{"\ta\t"}));
+}
+
+TEST(RecordReader, KeepsNulBytesAndBytesAbove127) {
+    using namespace std::string_literals;
+    EXPECT_EQ(linesOf("a\0b\xFF\n\xFF"s), (Lines{"a\0b\xFF"s, "\xFF"}));
+}
+
+TEST(RecordReader, KeepsALineOfTheGreatestLengthWhole) {
+    std::string line;
+    for (std::size_t i = 0; i < RecordReader::maximumLength; ++i) line += static_cast<char>('a' + i % 26);
+    EXPECT_EQ(linesOf(line), (Lines{line}));
+}
+
+TEST(RecordReader, KeepsStartAndLastTwoCharactersOfALongerLine) {
+    const std::string start(RecordReader::maximumLength - 2, 'x');
+    EXPECT_EQ(linesOf(start + "1yz"), (Lines{start + "yz"}));
+    EXPECT_EQ(linesOf(start + std::string(100'000, '1') + " y z  \n"), (Lines{start + " z"}));
+}
+
+TEST(RecordReader, FailsOnWhatIsNoRegularFile) {
+    const TemporaryFolder folder;
+    EXPECT_THROW(RecordReader{folder.path()}, std::ios_base::failure);
+    EXPECT_THROW(RecordReader{folder.path() / "missing"}, std::ios_base::failure);
+}
+
+}  // namespace
+}  // namespace tavinor::test

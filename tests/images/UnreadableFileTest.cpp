@@ -1,0 +1,98 @@
+// What the loader says when there is no file to read.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "tests/images/Records.h"
+
+namespace tavinor::test {
+namespace {
+
+/// Takes the rights of an ordinary user while it lives: file permissions mean nothing to the superuser.
+class OrdinaryUser {
+  public:
+    OrdinaryUser() : superuser_(geteuid() == 0) {
+        if (superuser_) changed_ = seteuid(nobody) == 0;
+    }
+    ~OrdinaryUser() {
+        if (superuser_ && changed_ && seteuid(0) != 0) std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+    [[nodiscard]] bool is() const { return !superuser_ || changed_; }
+
+  private:
+    static constexpr uid_t nobody = 65534;
+    bool superuser_;
+    bool changed_ = false;
+};
+
+class UnreadableFileTest : public ::testing::Test {
+  protected:
+    void expectReadError(const std::filesystem::path& path) {
+        const LoadResult result = bench.load(path);
+        EXPECT_FALSE(result.loaded);
+        EXPECT_EQ(result.message, "Error en lectura");
+        EXPECT_FALSE(result.rightAlignedBox);
+        EXPECT_TRUE(bench.breakpointsKept());
+        EXPECT_TRUE(bench.host.memoryWrites.empty());
+    }
+
+    std::unique_ptr<LoadBench> owner = std::make_unique<LoadBench>();
+    LoadBench& bench = *owner;
+};
+
+TEST_F(UnreadableFileTest, ADirectoryIsAReadError) {
+    expectReadError(bench.folder.path());
+}
+
+TEST_F(UnreadableFileTest, AFileThatHasGoneIsAReadError) {
+    const std::filesystem::path path = bench.folder.write("prog.hex", endLine);
+    std::filesystem::remove(path);
+    expectReadError(path);
+    std::filesystem::create_symlink(path, bench.folder.path() / "link.hex");
+    expectReadError(bench.folder.path() / "link.hex");
+}
+
+TEST_F(UnreadableFileTest, AnEmptyPathIsAReadError) {
+    expectReadError({});
+}
+
+TEST_F(UnreadableFileTest, AFileThatMayNotBeReadIsAReadError) {
+    const std::filesystem::path path = bench.folder.write("prog.hex", endLine);
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    const OrdinaryUser user;
+    ASSERT_TRUE(user.is());
+    expectReadError(path);
+}
+
+TEST_F(UnreadableFileTest, AFileInAFolderThatMayNotBeEnteredIsAReadError) {
+    const std::filesystem::path path = bench.folder.write("prog.hex", endLine);
+    std::filesystem::permissions(bench.folder.path(), std::filesystem::perms::none);
+    {
+        const OrdinaryUser user;
+        ASSERT_TRUE(user.is());
+        expectReadError(path);
+    }
+    std::filesystem::permissions(bench.folder.path(), std::filesystem::perms::owner_all);
+}
+
+TEST_F(UnreadableFileTest, AFileWhoseReadingFailsIsAReadError) {
+    expectReadError("/proc/self/mem");  // opens like any file; its first byte cannot be read
+}
+
+TEST_F(UnreadableFileTest, ADeviceIsAReadError) {
+    expectReadError("/dev/zero");  // has no end
+}
+
+TEST_F(UnreadableFileTest, ALinkToAFileIsReadAsTheFile) {
+    const std::filesystem::path path = bench.folder.write("prog.hex", endLine);
+    std::filesystem::create_symlink(path, bench.folder.path() / "link.hex");
+    EXPECT_TRUE(bench.load(bench.folder.path() / "link.hex").loaded);
+}
+
+}  // namespace
+}  // namespace tavinor::test
