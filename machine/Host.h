@@ -10,7 +10,8 @@ namespace tavinor {
 class Host {
   public:
     /// Stores `dat` (0..255) in memory cell `dir` (0..65535) and shows it.
-    /// @throws RuntimeError overflow (nothing stored) or subscript.
+    /// @throws RuntimeError overflow (nothing stored) or subscript. A byte for a mirror cell (65536, 65537)
+    ///     is stored first and fails then, because no view has a place for it.
     virtual void savmem(std::int32_t dir, std::int32_t dat) = 0;
 
     /// Stores `dat` (0..255) in port `dir` (0..255) and shows it.

@@ -123,9 +123,7 @@ TEST_F(HexRecordTest, HalfAPairReadsAsItsOneDigit) {
 
 TEST_F(HexRecordTest, CharactersThatAreNoDigitsEndTheirField) {
     EXPECT_EQ(read(":01010000G1FE"), RecordCode::stored) << "no digit is 0";
-    EXPECT_EQ(read(":0101000"
-                   "01GFD"),
-              RecordCode::stored);
+    EXPECT_EQ(read(":010100001GFD"), RecordCode::stored);
     EXPECT_EQ(read(":0G01000000FF"), RecordCode::stored) << "a count of 0";
     EXPECT_EQ(host.memoryWrites, (std::vector<Write>{{0x100, 0}, {0x100, 1}}));
 }
