@@ -15,7 +15,9 @@ class Step {
   public:
     Step(MachineState& machine, Host& outside) : m(machine), host(outside) {}
 
-    [[nodiscard]] std::uint8_t at(std::int32_t address) const { return m.mem[static_cast<std::size_t>(address)]; }
+    [[nodiscard]] std::uint8_t at(std::int32_t address) const {
+        return m.mem[static_cast<std::size_t>(address)];
+    }
     [[nodiscard]] std::uint8_t M() const { return at(m.HL); }
     void storeM(std::uint8_t value) { host.savmem(m.HL, value); }
 
@@ -391,8 +393,8 @@ void Step::execute(int op, std::uint8_t b, std::int32_t w) {
     // clang-format on
 }
 
-/// Written as a jump, which the processor predicts, and not as an addition of the length, which the fetch of the
-/// next instruction would have to wait for: one instruction in ten is gained.
+/// Written as a jump, which the processor predicts, and not as an addition of the length, which the fetch of
+/// the next instruction would have to wait for: one instruction in ten is gained.
 void advancePast(MachineState& m, int length) {
     switch (length) {
         case 1: m.PC += 1; break;
