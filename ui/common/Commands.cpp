@@ -1,6 +1,7 @@
 #include "ui/common/Commands.h"
 
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QShortcutEvent>
 
 #include "ui/common/HexBox.h"
@@ -39,24 +40,35 @@ CommandCheckBox::CommandCheckBox(const QString& name, const QString& accessibleN
     : QCheckBox(caption, parent) {
     named(this, name, accessibleName);
     setFocusPolicy(Qt::StrongFocus);
-    connect(this, &QCheckBox::clicked, this, [this](bool checked) {
-        if (allowed_) emit changedByUser(checked);
-    });
+    connect(this, &QCheckBox::toggled, this, &CommandCheckBox::noteToggle);
 }
 
 void CommandCheckBox::showChecked(bool checked) {
-    setChecked(checked);  // `clicked`, the only signal listened to, follows presses alone
+    const QScopedValueRollback<bool> silent(showing_, true);
+    setChecked(checked);
 }
 
-void CommandCheckBox::nextCheckState() {
-    allowed_ = leaveFocusedBox(window(), this);
-    if (allowed_) QCheckBox::nextCheckState();
+/// An assistive tool changes the state without a click, so the change itself is what counts. It is taken back
+/// until the box with the focus has let go of it.
+void CommandCheckBox::noteToggle(bool checked) {
+    if (showing_) return;
+    showChecked(!checked);
+    if (!leaveFocusedBox(window(), this)) return;
+    showChecked(checked);
+    emit changedByUser(checked);
 }
 
 DisplayCheckBox::DisplayCheckBox(const QString& name, const QString& accessibleName, const QString& caption,
                                  QWidget* parent)
     : QCheckBox(caption, parent) {
     named(this, name, accessibleName);
+    // An assistive tool changes the state without asking.
+    connect(this, &QCheckBox::toggled, this, [this] { setChecked(shown_); });
+}
+
+void DisplayCheckBox::showChecked(bool checked) {
+    shown_ = checked;
+    setChecked(checked);
 }
 
 void DisplayCheckBox::mousePressEvent(QMouseEvent* event) {

@@ -42,11 +42,10 @@ class CommandCheckBox : public QCheckBox {
     /// The user changed the state, and no box refused.
     void changedByUser(bool checked);
 
-  protected:
-    void nextCheckState() override;
-
   private:
-    bool allowed_ = false;
+    void noteToggle(bool checked);
+
+    bool showing_ = false;
 };
 
 /// A check box that only shows: it can be focused and read, not changed.
@@ -57,10 +56,15 @@ class DisplayCheckBox : public QCheckBox {
     DisplayCheckBox(const QString& name, const QString& accessibleName, const QString& caption,
                     QWidget* parent);
 
+    void showChecked(bool checked);
+
   protected:
     void nextCheckState() override {}
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    bool shown_ = false;
 };
 
 }  // namespace tavinor

@@ -2,7 +2,9 @@
 
 #include <QFocusEvent>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QWindow>
@@ -90,6 +92,7 @@ bool HexBox::leave() {
         refuse();
         return false;
     }
+    const QScopedValueRollback<bool> leaving(leaving_, true);
     entered_ = false;
     showText(*normal);
     setCursorPosition(0);
@@ -109,7 +112,7 @@ void HexBox::refuse() {
 void HexBox::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     watchPresses(true);
-    if (entered_ || refusing_) return;
+    if (entered_ || refusing_ || leaving_) return;
     entered_ = true;
     selectOnPress_ = event->reason() == Qt::MouseFocusReason;
     rutgotfocus();
@@ -144,14 +147,21 @@ void HexBox::watchPresses(bool on) {
 }
 
 /// The toolkit gives the focus to the pressed control before the control sees the press. So the press is
-/// caught on its way into the window: refused, nobody gets it.
+/// caught on its way into the window: refused, nobody gets it. Nor does anybody when the button has been let
+/// go meanwhile, over a message that the leaving brought: a press without its release would stay pressed.
 bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (press && entered_ && hasFocus()) {
-        const QPoint position = static_cast<QMouseEvent*>(event)->position().toPoint();
-        const QWidget* taker = focusTakerAt(position);
-        if (taker != nullptr && taker != this && !leave()) return true;
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        QWidget* taker = focusTakerAt(mouse->position().toPoint());
+        if (taker != nullptr && taker != this) {
+            if (!leave()) return true;
+            if (!QGuiApplication::mouseButtons().testFlag(mouse->button())) {
+                taker->setFocus(Qt::MouseFocusReason);
+                return true;
+            }
+        }
     }
     return QLineEdit::eventFilter(watched, event);
 }

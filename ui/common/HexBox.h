@@ -75,6 +75,7 @@ class HexBox : public QLineEdit {
     bool edited_ = false;
     bool entered_ = false;        // in the box since it was last left
     bool refusing_ = false;       // its message is open
+    bool leaving_ = false;        // what `left` causes may take the focus away for a while, and give it back
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
 };
 

@@ -90,7 +90,7 @@ void InterruptPanel::bringUpToDate() {
     CHK55->showChecked(state.M55);
     CHK65->showChecked(state.M65);
     CHK75->showChecked(state.M75);
-    ChkSOD->setChecked(machine_.SOD);
+    ChkSOD->showChecked(machine_.SOD);
     chkSID->showChecked(machine_.SID);
     allow();
 }

@@ -148,7 +148,7 @@ void Principal::connectPanels() {
         });
     };
     connectBytes(registers_, &RegisterPanel::memoryByteEntered, &Principal::enterMemoryByte);
-    connectBytes(memory_, &BytePanel::byteEntered, &Principal::enterMemoryByte);
+    connectBytes(memory_, &BytePanel::byteEntered, &Principal::enterSelectedByte);
     connectBytes(ports_, &BytePanel::byteEntered, &Principal::enterPortByte);
     connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterCode);
     connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterOperand);
@@ -336,6 +336,12 @@ void Principal::carryOut(int haltOption) {
 }
 
 void Principal::enterMemoryByte(std::int32_t address, int byte) {
+    savmem(address, byte);
+    regen();
+}
+
+/// The memory panel's own data box takes the current cell along.
+void Principal::enterSelectedByte(std::int32_t address, int byte) {
     savmem(address, byte);
     memory_->showCurrent(address);
     regen();

@@ -82,6 +82,7 @@ class Principal : public QMainWindow, private Host {
     void bringUpToDate();
 
     void enterMemoryByte(std::int32_t address, int byte);
+    void enterSelectedByte(std::int32_t address, int byte);
     void enterPortByte(std::int32_t address, int byte);
     void enterCode(std::int32_t address, int code);
     void enterOperand(std::int32_t address, int operand);
