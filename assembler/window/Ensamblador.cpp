@@ -14,6 +14,7 @@
 #include "assembler/ListingWriter.h"
 #include "assembler/window/ErrorHighlighter.h"
 #include "assembler/window/PaneFeeder.h"
+#include "assembler/window/PathLabel.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -26,9 +27,11 @@ std::filesystem::path toPath(const QLabel* label) {
     return {label->text().toStdU16String()};
 }
 
-QLabel* pathLabel(const char* name, const char* spoken, QWidget* parent) {
-    auto* label = named(new QLabel(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
-    label->setTextFormat(Qt::PlainText);
+/// A screen reader says the path, and then what it is the path of.
+PathLabel* pathLabel(const char* name, const char* description, QWidget* parent) {
+    auto* label = new PathLabel(parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setAccessibleDescription(QString::fromUtf8(description));
     return label;
 }
 
@@ -83,9 +86,9 @@ void Ensamblador::layOut() {
 }
 
 void Ensamblador::assemble(const QString& source, const QString& hex, const QString& listing) {
-    file1->setText(source);
-    file2->setText(hex);
-    file3->setText(listing);
+    file1->showPath(source);
+    file2->showPath(hex);
+    file3->showPath(listing);
     filelst->clear();
     filehex->clear();
     Label1->clear();
