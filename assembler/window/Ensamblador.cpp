@@ -58,10 +58,11 @@ Ensamblador::Ensamblador(QWidget* parent)
       file3(pathLabel("file3", "Fichero de listado", this)),
       filelst(pane("filelst", "Listado", 76, 22, this)),
       filehex(pane("filehex", "Informe de errores o registros HEX", 76, 7, this)),
-      Label1(named(new QLabel(this), QStringLiteral("Label1"), QStringLiteral("Resultado"))),
+      Label1(new QLabel(this)),
       cerrar(named(new QPushButton(QStringLiteral("&Cerrar"), this), QStringLiteral("cerrar"),
                    QStringLiteral("Cerrar"))) {
     setObjectName(QStringLiteral("Ensamblador"));
+    Label1->setObjectName(QStringLiteral("Label1"));
     setWindowTitle(applicationTitle());
     if (parent != nullptr) setWindowIcon(parent->windowIcon());
     filehex->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -110,16 +111,18 @@ void Ensamblador::run() {
 }
 
 void Ensamblador::showOutcome(const AssemblyResult& result) {
+    const QString outcome =
+        result.assembled ? QStringLiteral("Ensamblado correcto") : QStringLiteral("Ensamblado incorrecto");
     cerrar->setEnabled(true);
+    cerrar->setAccessibleDescription(outcome);  // a screen reader says it when the button gets the focus
+    Label1->setText(outcome);
     if (result.assembled) {
-        Label1->setText(QStringLiteral("Ensamblado correcto"));
         QApplication::beep();
         cerrar->setFocus();
         return;
     }
-    Label1->setText(QStringLiteral("Ensamblado incorrecto"));
     filehex->moveCursor(QTextCursor::Start);  // the first error in view
-    showMessage(this, QStringLiteral("Ensamblado incorrecto"));
+    showMessage(this, outcome);
     filehex->setFocus();
 }
 
