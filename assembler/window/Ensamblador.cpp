@@ -41,6 +41,7 @@ QPlainTextEdit* pane(const char* name, const char* spoken, int columns, int line
     text->setUndoRedoEnabled(false);
     text->setFont(fixedFont());
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     text->setTabChangesFocus(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QFontMetrics metrics(text->font());
@@ -65,6 +66,7 @@ Ensamblador::Ensamblador(QWidget* parent)
     Label1->setObjectName(QStringLiteral("Label1"));
     setWindowTitle(applicationTitle());
     if (parent != nullptr) setWindowIcon(parent->windowIcon());
+    filelst->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     filehex->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     filehex->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     new ErrorHighlighter(filehex->document());
