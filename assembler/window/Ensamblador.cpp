@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <filesystem>
@@ -35,7 +36,7 @@ PathLabel* pathLabel(const char* name, const char* description, QWidget* parent)
     return label;
 }
 
-QPlainTextEdit* pane(const char* name, const char* spoken, int columns, int lines, QWidget* parent) {
+QPlainTextEdit* pane(const char* name, const char* spoken, QWidget* parent) {
     auto* text = named(new QPlainTextEdit(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
     text->setReadOnly(true);
     text->setUndoRedoEnabled(false);
@@ -46,7 +47,7 @@ QPlainTextEdit* pane(const char* name, const char* spoken, int columns, int line
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QFontMetrics metrics(text->font());
     text->setTabStopDistance(8 * metrics.horizontalAdvance(' '));
-    text->setMinimumSize(columns * metrics.horizontalAdvance('0') + 40, lines * metrics.lineSpacing());
+    text->setMinimumSize(24 * metrics.horizontalAdvance('0'), 4 * metrics.lineSpacing());
     return text;
 }
 
@@ -57,8 +58,8 @@ Ensamblador::Ensamblador(QWidget* parent)
       file1(pathLabel("file1", "Fichero fuente", this)),
       file2(pathLabel("file2", "Fichero HEX", this)),
       file3(pathLabel("file3", "Fichero de listado", this)),
-      filelst(pane("filelst", "Listado", 76, 22, this)),
-      filehex(pane("filehex", "Informe de errores o registros HEX", 76, 7, this)),
+      filelst(pane("filelst", "Listado", this)),
+      filehex(pane("filehex", "Informe de errores o registros HEX", this)),
       Label1(new QLabel(this)),
       cerrar(named(new QPushButton(QStringLiteral("&Cerrar"), this), QStringLiteral("cerrar"),
                    QStringLiteral("Cerrar"))) {
@@ -86,6 +87,10 @@ void Ensamblador::layOut() {
     layout->addWidget(filelst, 10);
     layout->addWidget(filehex, 3);
     layout->addLayout(bottom);
+    // Room for lines as one writes them, where the screen has it.
+    const QFontMetrics metrics(filelst->font());
+    resize(QSize(88 * metrics.horizontalAdvance('0'), 40 * metrics.lineSpacing())
+               .boundedTo(screen()->availableSize() - QSize(0, 40)));
 }
 
 void Ensamblador::assemble(const QString& source, const QString& hex, const QString& listing) {
