@@ -8,27 +8,12 @@
 #include <string>
 
 #include "assembler/Ensambla.h"
+#include "benchmarks/Sources.h"
 
 namespace {
 
 using tavinor::AssemblyObserver;
 using tavinor::AssemblyResult;
-
-/// Ten lines as students write them, with a label of their own. Every block begins at 0000 again, because a
-/// million lines do not fit the memory.
-std::string block(int number) {
-    const std::string label = "BUCLE" + std::to_string(number);
-    return "; Suma los elementos de la tabla\r\n        ORG     0100H\r\n" + label +
-           ":  MOV     A,M             ; elemento\r\n        ADD     B\r\n        MOV     B , A\r\n"
-           "        INX     H               ; el siguiente\r\n        DCR     C\r\n        JNZ     " +
-           label + "\r\n        MVI     A,0FFH-10\r\n\tDFB\t1,2,3,4,5,6,7,8\r\n";
-}
-
-std::string source(int lines) {
-    std::string text;
-    for (int line = 0; line < lines; line += 10) text += block(line);
-    return text;
-}
 
 /// Seconds by the clock on the wall, and of the processor.
 struct Seconds {
@@ -58,7 +43,7 @@ Seconds measure(const std::string& text) {
 int main() {
     Seconds previous;
     for (const int lines : std::array{10'000, 100'000, 1'000'000}) {
-        const Seconds taken = measure(source(lines));
+        const Seconds taken = measure(tavinor::benchmarks::source(lines));
         std::printf("%9d lines  %.4f s  %.4f s of the processor", lines, taken.wall, taken.processor);
         if (lines > 10'000) {
             std::printf("  (%.1f and %.1f times those before)", taken.wall / previous.wall,

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include "assembler/ListingWriter.h"
 #include "assembler/window/ErrorHighlighter.h"
 #include "assembler/window/PaneFeeder.h"
+#include "assembler/window/PathLabel.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -26,23 +28,26 @@ std::filesystem::path toPath(const QLabel* label) {
     return {label->text().toStdU16String()};
 }
 
-QLabel* pathLabel(const char* name, const char* spoken, QWidget* parent) {
-    auto* label = named(new QLabel(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
-    label->setTextFormat(Qt::PlainText);
+/// A screen reader says the path, and then what it is the path of.
+PathLabel* pathLabel(const char* name, const char* description, QWidget* parent) {
+    auto* label = new PathLabel(parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setAccessibleDescription(QString::fromUtf8(description));
     return label;
 }
 
-QPlainTextEdit* pane(const char* name, const char* spoken, int columns, int lines, QWidget* parent) {
+QPlainTextEdit* pane(const char* name, const char* spoken, QWidget* parent) {
     auto* text = named(new QPlainTextEdit(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
     text->setReadOnly(true);
     text->setUndoRedoEnabled(false);
     text->setFont(fixedFont());
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     text->setTabChangesFocus(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QFontMetrics metrics(text->font());
     text->setTabStopDistance(8 * metrics.horizontalAdvance(' '));
-    text->setMinimumSize(columns * metrics.horizontalAdvance('0') + 40, lines * metrics.lineSpacing());
+    text->setMinimumSize(24 * metrics.horizontalAdvance('0'), 4 * metrics.lineSpacing());
     return text;
 }
 
@@ -53,14 +58,16 @@ Ensamblador::Ensamblador(QWidget* parent)
       file1(pathLabel("file1", "Fichero fuente", this)),
       file2(pathLabel("file2", "Fichero HEX", this)),
       file3(pathLabel("file3", "Fichero de listado", this)),
-      filelst(pane("filelst", "Listado", 76, 22, this)),
-      filehex(pane("filehex", "Informe de errores o registros HEX", 76, 7, this)),
-      Label1(named(new QLabel(this), QStringLiteral("Label1"), QStringLiteral("Resultado"))),
+      filelst(pane("filelst", "Listado", this)),
+      filehex(pane("filehex", "Informe de errores o registros HEX", this)),
+      Label1(new QLabel(this)),
       cerrar(named(new QPushButton(QStringLiteral("&Cerrar"), this), QStringLiteral("cerrar"),
                    QStringLiteral("Cerrar"))) {
     setObjectName(QStringLiteral("Ensamblador"));
+    Label1->setObjectName(QStringLiteral("Label1"));
     setWindowTitle(applicationTitle());
     if (parent != nullptr) setWindowIcon(parent->windowIcon());
+    filelst->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     filehex->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     filehex->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     new ErrorHighlighter(filehex->document());
@@ -80,12 +87,16 @@ void Ensamblador::layOut() {
     layout->addWidget(filelst, 10);
     layout->addWidget(filehex, 3);
     layout->addLayout(bottom);
+    // Room for lines as one writes them, where the screen has it.
+    const QFontMetrics metrics(filelst->font());
+    resize(QSize(88 * metrics.horizontalAdvance('0'), 40 * metrics.lineSpacing())
+               .boundedTo(screen()->availableSize() - QSize(0, 40)));
 }
 
 void Ensamblador::assemble(const QString& source, const QString& hex, const QString& listing) {
-    file1->setText(source);
-    file2->setText(hex);
-    file3->setText(listing);
+    file1->showPath(source);
+    file2->showPath(hex);
+    file3->showPath(listing);
     filelst->clear();
     filehex->clear();
     Label1->clear();
@@ -107,16 +118,18 @@ void Ensamblador::run() {
 }
 
 void Ensamblador::showOutcome(const AssemblyResult& result) {
+    const QString outcome =
+        result.assembled ? QStringLiteral("Ensamblado correcto") : QStringLiteral("Ensamblado incorrecto");
     cerrar->setEnabled(true);
+    cerrar->setAccessibleDescription(outcome);  // a screen reader says it when the button gets the focus
+    Label1->setText(outcome);
     if (result.assembled) {
-        Label1->setText(QStringLiteral("Ensamblado correcto"));
         QApplication::beep();
         cerrar->setFocus();
         return;
     }
-    Label1->setText(QStringLiteral("Ensamblado incorrecto"));
     filehex->moveCursor(QTextCursor::Start);  // the first error in view
-    showMessage(this, QStringLiteral("Ensamblado incorrecto"));
+    showMessage(this, outcome);
     filehex->setFocus();
 }
 

@@ -9,6 +9,7 @@ class QPushButton;
 
 namespace tavinor {
 
+class PathLabel;
 struct AssemblyResult;
 
 /// The assembler's window: it assembles a source as soon as it is shown, shows the listing and the error
@@ -34,7 +35,7 @@ class Ensamblador : public QDialog {
     void showOutcome(const AssemblyResult& result);
     [[nodiscard]] bool running() const;
 
-    QLabel *file1, *file2, *file3;
+    PathLabel *file1, *file2, *file3;
     QPlainTextEdit *filelst, *filehex;
     QLabel* Label1;
     QPushButton* cerrar;

@@ -1,0 +1,25 @@
+#include "assembler/window/PathLabel.h"
+
+#include <QPainter>
+#include <QStyle>
+
+namespace tavinor {
+
+PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+void PathLabel::showPath(const QString& path) {
+    setText(path);
+    setToolTip("<span>" + path.toHtmlEscaped() + "</span>");  // rich text alone is broken into lines
+}
+
+void PathLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const QRect room = contentsRect();
+    style()->drawItemText(&painter, room, static_cast<int>(alignment()), palette(), isEnabled(),
+                          fontMetrics().elidedText(text(), Qt::ElideMiddle, room.width()), foregroundRole());
+}
+
+}  // namespace tavinor
