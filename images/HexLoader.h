@@ -25,7 +25,7 @@ enum class RecordCode : std::uint8_t {
 struct LoadResult {
     bool loaded = false;
     std::string message;           ///< UTF-8; a CR alone separates its two lines.
-    bool rightAlignedBox = false;  ///< Text to the right, and no title of the program's.
+    bool rightAlignedBox = false;  ///< The box shows its text to the right.
 };
 
 /// Decodes one line (without blanks around it) and stores its bytes through `host`.

@@ -9,7 +9,6 @@
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <filesystem>
 
 #include "assembler/Ensambla.h"
 #include "assembler/ListingWriter.h"
@@ -19,14 +18,11 @@
 #include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/Paths.h"
 
 namespace tavinor {
 
 namespace {
-
-std::filesystem::path toPath(const QLabel* label) {
-    return {label->text().toStdU16String()};
-}
 
 /// A screen reader says the path, and then what it is the path of.
 PathLabel* pathLabel(const char* name, const char* description, QWidget* parent) {
@@ -111,10 +107,10 @@ bool Ensamblador::running() const {
 
 void Ensamblador::run() {
     PaneFeeder feeder(filelst, filehex, this);
-    const AssemblyResult result = Ensambla(toPath(file1), toPath(file2), feeder);
+    const AssemblyResult result = Ensambla(toPath(file1->text()), toPath(file2->text()), feeder);
     feeder.finish();
     showOutcome(result);
-    if (!file3->text().isEmpty()) creafilelst(result.listing, result.encoding, toPath(file3), feeder);
+    if (!file3->text().isEmpty()) creafilelst(result.listing, result.encoding, toPath(file3->text()), feeder);
 }
 
 void Ensamblador::showOutcome(const AssemblyResult& result) {

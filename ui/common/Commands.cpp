@@ -1,5 +1,6 @@
 #include "ui/common/Commands.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QShortcutEvent>
@@ -22,7 +23,9 @@ CommandButton::CommandButton(const QString& name, const QString& accessibleName,
 
 /// Called for every press, whoever makes it, just before `clicked`.
 void CommandButton::nextCheckState() {
-    allowed_ = leaveFocusedBox(window(), this);
+    // An assistive tool can press a button behind a modal window; nobody else can.
+    const QWidget* modal = QApplication::activeModalWidget();
+    allowed_ = isEnabled() && (modal == nullptr || modal == window()) && leaveFocusedBox(window(), this);
     QPushButton::nextCheckState();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFileSystemModel>
 #include <QLineEdit>
 #include <QSettings>
@@ -12,7 +13,8 @@ namespace tavinor {
 namespace {
 
 /// The toolkit's file dialog writes its size and folders to the user's home when it closes. Nothing of this
-/// program is persisted, so its settings get a place where nothing can be written.
+/// program is persisted, so its settings get a place where nothing can be written. (On Windows they go to the
+/// registry, where this has no effect.)
 void keepSettingsOutOfTheHome() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral(":/none"));
 }
@@ -47,6 +49,13 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
+/// A bare name that is no file stands for the file with the suffix, where there is one.
+QString withDefaultSuffix(const QString& path, const QString& suffix) {
+    if (suffix.isEmpty() || QFileInfo(path).fileName().contains('.') || QFileInfo::exists(path)) return path;
+    const QString longer = path + '.' + suffix;
+    return QFileInfo::exists(longer) ? longer : path;
+}
+
 std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
     keepSettingsOutOfTheHome();
     QFileDialog dialog(parent, texts.title);
@@ -62,7 +71,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QStringList chosen = dialog.selectedFiles();
     if (chosen.isEmpty()) return std::nullopt;
-    return QDir::toNativeSeparators(chosen.first());
+    return QDir::toNativeSeparators(withDefaultSuffix(chosen.first(), texts.defaultSuffix));
 }
 
 }  // namespace

@@ -16,6 +16,8 @@ struct FileDialogTexts {
     /// (*.*)|*.*". The pattern "*.*" means every file, also one without a dot; case does not matter.
     QString filter;
     QString initialName;  ///< Preset in the name field; may be a pattern.
+    /// "hex" finds prog.hex when "prog" was typed and there is no file of that bare name.
+    QString defaultSuffix = {};
 };
 
 /// The full path that the user chose, or nothing when the dialog was cancelled.

@@ -8,9 +8,11 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QWindow>
+#include <algorithm>
 
 #include "machine/HexText.h"
 #include "ui/common/Fonts.h"
+#include "ui/common/HexString.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 
@@ -72,7 +74,7 @@ void HexBox::showText(const QString& text) {
 }
 
 void HexBox::showValue(int value) {
-    showText(QString::fromStdString(hexa(value, digits_)));
+    showText(hexString(value, digits_));
 }
 
 void HexBox::noteEdit() {
@@ -103,9 +105,10 @@ bool HexBox::leave() {
 
 void HexBox::refuse() {
     refusing_ = true;
+    setFocus(
+        Qt::OtherFocusReason);  // before the message: whoever took the focus does not get it back after it
     showMessage(window(), QStringLiteral("Valor incorrecto"));
     refusing_ = false;
-    setFocus(Qt::OtherFocusReason);
     selectAll();
 }
 
@@ -152,7 +155,7 @@ void HexBox::watchPresses(bool on) {
 bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-    if (press && entered_ && hasFocus()) {
+    if (press && entered_) {  // also while the menu bar has the focus
         const auto* mouse = static_cast<QMouseEvent*>(event);
         QWidget* taker = focusTakerAt(mouse->position().toPoint());
         if (taker != nullptr && taker != this) {
@@ -174,13 +177,15 @@ QWidget* HexBox::focusTakerAt(const QPoint& position) const {
 }
 
 bool leaveFocusedBox(const QWidget* window, QWidget* next) {
-    auto* box = qobject_cast<HexBox*>(window->focusWidget());
-    if (box == nullptr) return true;
-    if (!box->leave()) return false;
+    // The box may have lent its focus to the menu bar.
+    const QList<HexBox*> boxes = window->findChildren<HexBox*>();
+    const auto box = std::find_if(boxes.begin(), boxes.end(), [](const HexBox* b) { return b->entered(); });
+    if (box == boxes.end()) return true;
+    if (!(*box)->leave()) return false;
     if (next != nullptr) {
         next->setFocus(Qt::ShortcutFocusReason);
-    } else {
-        box->reenter();
+    } else if ((*box)->hasFocus()) {
+        (*box)->reenter();
     }
     return true;
 }

@@ -30,7 +30,6 @@ class HexBox : public QLineEdit {
     HexBox(const QString& name, const QString& accessibleName, int digits, QWidget* parent,
            Blank blank = Blank::padded);
 
-    [[nodiscard]] int digits() const { return digits_; }
     /// The value of the text, 0..65535 once the box has been left.
     [[nodiscard]] int value() const;
 
@@ -44,6 +43,8 @@ class HexBox : public QLineEdit {
 
     /// Leaves the box as moving the focus would: checks the text and announces it. False when it was refused.
     bool leave();
+    /// Whether the user is in the box: it has the focus, or has lent it to a menu or another window.
+    [[nodiscard]] bool entered() const { return entered_; }
     /// Counts the box as entered again: it was left, but the focus has stayed.
     void reenter() { entered_ = true; }
 
@@ -79,7 +80,7 @@ class HexBox : public QLineEdit {
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
 };
 
-/// Leaves the hexadecimal box that has the focus of `window`, if one has it: every command does so first. The
+/// Leaves the hexadecimal box of `window` in which the user is, if any: every command does so first. The
 /// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused; then
 /// the command must not act.
 bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);

@@ -46,9 +46,10 @@ class BytePanel : public QGroupBox {
     void addressLeft();
 
     ByteGridModel* model_;
-    ByteGrid* grid_;
+    // Two panels share the class: the controls' own names are their objectNames.
     HexBox* address_;
     HexBox* data_;
+    ByteGrid* grid_;
 };
 
 /// The panel "Memoria" with `grdmem`, `txtDirMem` and `txtDatMem`.

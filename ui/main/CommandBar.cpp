@@ -35,7 +35,7 @@ CommandBar::CommandBar(QWidget* parent) : QWidget(parent) {
     layout->addSpacing(16);
     about = add("about", "Acerca de Tavinor", QStringLiteral("&Acerca"));
     layout->addStretch();
-    Reset = add("Reset", "Reiniciar el procesador", QStringLiteral("&RESET"));
+    Reset = add("Reset", "RESET: reiniciar el procesador", QStringLiteral("&RESET"));
 }
 
 bool CommandBar::running() const {

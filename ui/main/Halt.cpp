@@ -1,6 +1,5 @@
 #include "ui/main/Halt.h"
 
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QHBoxLayout>
@@ -29,13 +28,23 @@ constexpr std::array<OptionName, Halt::optionCount> optionNames{{
     {"INTR", "Salir con INTR"},
 }};
 
+QLabel* label(const char* name, const char* text, const QFont& font, QWidget* parent) {
+    auto* made = new QLabel(QString::fromUtf8(text), parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setFont(font);
+    return made;
+}
+
 }  // namespace
 
 Halt::Halt(QWidget* parent)
     : QDialog(parent),
+      Label1(label("Label1", "Programa Parado por instrucción HLT", arialFont(1.2, true), this)),
+      Label2(label("Label2", "Seleccione modo de salida", arialFont(1.0, false), this)),
+      Label33(label("Label33", "Vector:", font(), this)),
       txtVec(new HexBox(QStringLiteral("txtVec"), QStringLiteral("Vector de INTR"), 2, this)),
-      eje(named(new QCheckBox(QStringLiteral("Continuar ejecución"), this), QStringLiteral("eje"),
-                QStringLiteral("Continuar ejecución"))),
+      eje(new CommandCheckBox(QStringLiteral("eje"), QStringLiteral("Continuar ejecución"),
+                              QStringLiteral("Continuar ejecución"), this)),
       aceptar(new CommandButton(QStringLiteral("aceptar"), QStringLiteral("Aceptar"),
                                 QStringLiteral("Aceptar"), this)) {
     setObjectName(QStringLiteral("Halt"));
@@ -49,14 +58,8 @@ Halt::Halt(QWidget* parent)
 
 void Halt::layOut() {
     auto* layout = new QVBoxLayout(this);
-    const auto addLabel = [this, layout](const char* name, const char* text, bool bold) {
-        auto* label = new QLabel(QString::fromUtf8(text), this);
-        label->setObjectName(QString::fromLatin1(name));
-        label->setFont(arialFont(bold ? 1.2 : 1.0, bold));
-        layout->addWidget(label);
-    };
-    addLabel("Label1", "Programa Parado por instrucción HLT", true);
-    addLabel("Label2", "Seleccione modo de salida", false);
+    layout->addWidget(Label1);
+    layout->addWidget(Label2);
     for (int i = 0; i < optionCount; ++i) {
         const OptionName& name = optionNames[static_cast<std::size_t>(i)];
         auto* option = new QRadioButton(QString::fromLatin1(name.caption), this);
@@ -65,12 +68,10 @@ void Halt::layOut() {
         option->setFocusPolicy(Qt::StrongFocus);
         if (i != intr) layout->addWidget(option);
     }
-    auto* vector = new QLabel(QStringLiteral("Vector:"), this);
-    vector->setObjectName(QStringLiteral("Label33"));
     auto* intrRow = new QHBoxLayout;
     intrRow->addWidget(opt[intr]);
     intrRow->addStretch();
-    intrRow->addWidget(vector);
+    intrRow->addWidget(Label33);
     intrRow->addWidget(txtVec);
     layout->addLayout(intrRow);
     layout->addSpacing(8);
@@ -127,7 +128,7 @@ void Halt::allow(const RequestsAllowed& allowed) {
 }
 
 void Halt::setRunning(bool running) {
-    eje->setChecked(running);
+    eje->showChecked(running);
     eje->setEnabled(running);
 }
 

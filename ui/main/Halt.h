@@ -4,11 +4,12 @@
 #include <QString>
 #include <array>
 
+#include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
-#include "ui/main/InterruptPanel.h"
+#include "ui/main/RequestsAllowed.h"
 
-class QCheckBox;
 class QEventLoop;
+class QLabel;
 class QRadioButton;
 
 namespace tavinor {
@@ -50,9 +51,10 @@ class Halt : public QDialog {
     void layOut();
     void aceptar_Click();
 
+    QLabel *Label1, *Label2, *Label33;
     std::array<QRadioButton*, optionCount> opt{};
     HexBox* txtVec;
-    QCheckBox* eje;
+    CommandCheckBox* eje;
     CommandButton* aceptar;
     QEventLoop* showing_ = nullptr;
 };

@@ -6,13 +6,6 @@
 
 namespace tavinor {
 
-RequestsAllowed requestsAllowed(const InterruptState& state) {
-    return {.rst55 = state.IE && !state.M55,
-            .rst65 = state.IE && !state.M65,
-            .rst75 = state.IE && !state.M75,
-            .intr = state.IE};
-}
-
 InterruptPanel::InterruptPanel(MachineState& machine, QWidget* parent)
     : QGroupBox(QStringLiteral("Interrupciones"), parent), machine_(machine) {
     auto* layout = new QVBoxLayout(this);

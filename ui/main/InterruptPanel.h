@@ -6,19 +6,11 @@
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
+#include "ui/main/RequestsAllowed.h"
 
 class QLayout;
 
 namespace tavinor {
-
-/// Which interrupt requests the user can make. TRAP and reset always can.
-struct RequestsAllowed {
-    bool rst55 = false, rst65 = false, rst75 = false;
-    bool intr = false;
-};
-
-/// INTR while interrupts are enabled; an RST line while, besides, it is not masked.
-RequestsAllowed requestsAllowed(const InterruptState& state);
 
 /// The group "Interrupciones": masks, enable, serial lines, the request buttons and the INTR vector. The
 /// check boxes change the machine; a request is announced and carried out by the window.

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
 #include <QScopeGuard>
@@ -12,8 +11,7 @@
 #include <QThread>
 #include <QVBoxLayout>
 #include <array>
-#include <filesystem>
-#include <memory>
+#include <exception>
 #include <optional>
 
 #include "assembler/OutputPaths.h"
@@ -25,6 +23,7 @@
 #include "ui/common/HexBox.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/Paths.h"
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
@@ -37,14 +36,6 @@
 namespace tavinor {
 
 namespace {
-
-std::filesystem::path toPath(const QString& name) {
-    return {name.toStdU16String()};
-}
-QString fromPath(const std::filesystem::path& path) {
-    return QString::fromStdU16String(path.u16string());
-}
-
 QString errorText(const RuntimeError& error) {
     return error.number() == RuntimeError::Number::overflow
                ? QStringLiteral("Error 6: desbordamiento")
@@ -56,11 +47,11 @@ QString errorText(const RuntimeError& error) {
 Principal::Principal(QWidget* parent)
     : QMainWindow(parent),
       commands_(new CommandBar(this)),
-      registers_(new RegisterPanel(machine_, this)),
-      interrupts_(new InterruptPanel(machine_, this)),
       listing_(new ListingPanel(machine_, breakpoints_, this)),
       entry_(new EntryPanel(this)),
+      registers_(new RegisterPanel(machine_, this)),
       stack_(new StackPanel(machine_, this)),
+      interrupts_(new InterruptPanel(machine_, this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
       halt_(new Halt(this)) {
@@ -152,15 +143,20 @@ void Principal::connectPanels() {
     connectBytes(ports_, &BytePanel::byteEntered, &Principal::enterPortByte);
     connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterCode);
     connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterOperand);
-    connect(entry_, &EntryPanel::addressEntered, listing_, &ListingPanel::position);
     connect(listing_, &ListingPanel::rowSelected, entry_, &EntryPanel::showRow);
+    connect(entry_, &EntryPanel::addressEntered, this,
+            [this](std::int32_t address) { guarded([=, this] { listing_->position(address); }); });
     connect(registers_, &RegisterPanel::programCounterEntered, this, [this] {
-        listing_->note(machine_.PC);
-        listing_->bringUpToDate();
+        guarded([this] {
+            listing_->note(machine_.PC);
+            listing_->bringUpToDate();
+        });
     });
     connect(registers_, &RegisterPanel::stackPointerEntered, this, [this] {
-        stack_->note(machine_.SP);
-        stack_->regenpila();
+        guarded([this] {
+            stack_->note(machine_.SP);
+            stack_->regenpila();
+        });
     });
 }
 
@@ -176,6 +172,7 @@ void Principal::savport(std::int32_t dir, std::int32_t dat) {
 
 void Principal::halt() {
     bringUpToDate();
+    heldPaints_.letGo();
     halt_->ask();
     if (!halt_->continues() && commands_->running()) Ejecutar_Click();
 }
@@ -221,10 +218,14 @@ void Principal::yield() {
     const RunPace::Due due = pace_.next();
     if (due == RunPace::Due::nothing) return;
     QCoreApplication::processEvents();
-    if (due == RunPace::Due::frame) {
-        bringUpToDate();
-        heldPaints_.letGo();
-    }
+    if (due == RunPace::Due::frame) paintFrame();
+}
+
+/// The requests to paint that the views post here are held back like all others, and let go at once.
+void Principal::paintFrame() {
+    bringUpToDate();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+    heldPaints_.letGo();
 }
 
 /// Sees every event of the program while a run is going. A dialog that was opened during the run has an event
@@ -233,6 +234,7 @@ bool Principal::eventFilter(QObject* watched, QEvent* event) {
     const bool runTurns = QThread::currentThread()->loopLevel() == runLevel_;
     if (runTurns && heldPaints_.hold(watched, event)) return true;
     bringUpToDate();
+    if (!runTurns) heldPaints_.letGo();
     return QMainWindow::eventFilter(watched, event);
 }
 
@@ -268,16 +270,25 @@ void Principal::bringUpToDate() {
 }
 
 void Principal::CargarHEX_Click() {
-    const std::optional<QString> path = askFileToOpen(
-        this, {.title = QStringLiteral("Cargar fichero .HEX"),
-               .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
-               .initialName = {}});
-    if (path) loadHexFile(*path);
+    try {
+        const std::optional<QString> path = askFileToOpen(
+            this,
+            {.title = QStringLiteral("Cargar fichero .HEX"),
+             .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
+             .initialName = {},
+             .defaultSuffix = QStringLiteral("hex")});
+        if (path) loadHexFile(*path);
+    } catch (const std::exception&) {
+        showMessage(this, QStringLiteral("Fichero incorrecto"));
+    }
 }
 
 void Principal::loadHexFile(const QString& path) {
     const LoadResult result = carga(toPath(path), machine_, breakpoints_, *this);
-    if (!result.loaded) showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
+    if (!result.loaded) {
+        memory_->bringUpToDate();  // what was stored is seen behind the message
+        showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
+    }
     regen();
     if (result.loaded) showMessage(this, QStringLiteral("Carga correcta"));
 }

@@ -76,6 +76,7 @@ class Principal : public QMainWindow, private Host {
     void run();
     void executeOne();
     void yield();
+    void paintFrame();
     /// Refreshes every view.
     void regen();
     void noteValues();
@@ -100,12 +101,13 @@ class Principal : public QMainWindow, private Host {
     int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;
 
+    // In the order of the screen, which is the order of Tab.
     CommandBar* commands_;
-    RegisterPanel* registers_;
-    InterruptPanel* interrupts_;
     ListingPanel* listing_;
     EntryPanel* entry_;
+    RegisterPanel* registers_;
     StackPanel* stack_;
+    InterruptPanel* interrupts_;
     BytePanel* memory_;
     BytePanel* ports_;
     Halt* halt_;

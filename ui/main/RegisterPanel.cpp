@@ -95,9 +95,8 @@ void RegisterPanel::layOut() {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addLayout(registers);
+    setTabOrder(txtF, flagBox(7));  // each call moves its second widget behind its first
     for (int bit = 7; bit > 0; --bit) setTabOrder(flagBox(bit), flagBox(bit - 1));
-    setTabOrder(txtF, flagBox(7));
-    setTabOrder(flagBox(0), txtB);
 }
 
 /// Eight boxes from bit 7 to bit 0 with their captions above.
@@ -149,15 +148,14 @@ void RegisterPanel::connectBoxes() {
 }
 
 void RegisterPanel::connectPair(const PairBoxes& pair) {
-    for (HexBox* half : {pair.high, pair.low})
-        connect(half, &HexBox::left, this, [this, pair] { halfLeft(pair); });
+    connect(pair.high, &HexBox::left, this, [this, pair] { halfLeft(pair, pair.high, pair.highRegister); });
+    connect(pair.low, &HexBox::left, this, [this, pair] { halfLeft(pair, pair.low, pair.lowRegister); });
     connect(pair.pair, &HexBox::left, this, [this, pair] { pairLeft(pair); });
 }
 
-void RegisterPanel::halfLeft(const PairBoxes& pair) {
+void RegisterPanel::halfLeft(const PairBoxes& pair, const HexBox* half, std::uint8_t Registers::*own) {
     pair.pair->showText(pair.high->text() + pair.low->text());
-    machine_.*pair.highRegister = static_cast<std::uint8_t>(pair.high->value());
-    machine_.*pair.lowRegister = static_cast<std::uint8_t>(pair.low->value());
+    machine_.*own = static_cast<std::uint8_t>(half->value());
     registersEdited();
 }
 
@@ -184,10 +182,14 @@ void RegisterPanel::showFlags() {
     for (int bit = 0; bit < 8; ++bit) flagBox(bit)->showChecked((machine_.F >> bit & 1) != 0);
 }
 
-void RegisterPanel::chkF_Click() {
+int RegisterPanel::shownFlags() const {
     int f = 0;
     for (int bit = 0; bit < 8; ++bit) f |= flagBox(bit)->isChecked() ? 1 << bit : 0;
-    txtF->showValue(f);
+    return f;
+}
+
+void RegisterPanel::chkF_Click() {
+    txtF->showValue(shownFlags());
     machine_.F = static_cast<std::uint8_t>(txtF->value());
     registersEdited();
 }

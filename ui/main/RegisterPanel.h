@@ -36,6 +36,8 @@ class RegisterPanel : public QGroupBox {
     void note(const RegisterValues& values) { values_ = values; }
     /// Writes the noted values into the boxes; what was being typed is gone.
     void bringUpToDate();
+    /// The flag byte as the flag boxes show it: what `comenta` speaks of.
+    [[nodiscard]] int shownFlags() const;
     /// What the boxes show, edited ones apart.
     [[nodiscard]] const RegisterValues& values() const { return values_; }
     /// Whether a box holds text that was typed and not left yet.
@@ -57,14 +59,14 @@ class RegisterPanel : public QGroupBox {
         std::uint8_t Registers::*lowRegister;
     };
 
-    HexBox* makeBox(const QString& name, const QString& caption, int digits);
+    HexBox* makeBox(const QString& name, const QString& accessibleName, int digits);
     void layOut();
     void placeBox(QGridLayout* grid, int row, int column, const QString& caption, HexBox* box);
     QWidget* makeFlagBoxes();
     [[nodiscard]] CommandCheckBox* flagBox(int bit) const { return chkF[static_cast<std::size_t>(bit)]; }
     void connectBoxes();
     void connectPair(const PairBoxes& pair);
-    void halfLeft(const PairBoxes& pair);
+    void halfLeft(const PairBoxes& pair, const HexBox* half, std::uint8_t Registers::*own);
     void pairLeft(const PairBoxes& pair);
     void registersEdited();
     void showMemoryByte();

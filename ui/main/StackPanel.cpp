@@ -2,8 +2,8 @@
 
 #include <QVBoxLayout>
 
-#include "machine/HexText.h"
 #include "ui/common/Fonts.h"
+#include "ui/common/HexString.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {
@@ -35,7 +35,7 @@ void StackPanel::regenpila() {
     for (int i = 0; i < wordsShown; ++i) {
         const auto low = static_cast<std::size_t>(p);
         const std::int32_t word = machine_.mem[low + 1] * 256 + machine_.mem[low];
-        pila->item(i)->setText(QString::fromStdString(hexa(word, 4)));
+        pila->item(i)->setText(hexString(word, 4));
         p = (p + 2) & 0xFFFF;
     }
 }
