@@ -1,13 +1,24 @@
 #include <QApplication>
 
+#include "ui/common/ApplicationIcon.h"
 #include "ui/common/Translations.h"
 #include "ui/main/Principal.h"
+#include "ui/startup/Cabecera.h"
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tavinor"));
+    QApplication::setWindowIcon(tavinor::applicationIcon());
+    // The program ends by its farewell screen or its updater, not when one of its windows happens to be the
+    // last.
+    QApplication::setQuitOnLastWindowClosed(false);
     tavinor::installSpanish(application);
+
+    tavinor::Cabecera cabecera;
+    cabecera.showSplash();
+    QApplication::processEvents();  // the splash is on the screen while the main window is made
     tavinor::Principal principal;
-    principal.show();
+    QObject::connect(&cabecera, &tavinor::Cabecera::splashOver, &principal, &QWidget::show);
+    QObject::connect(&cabecera, &tavinor::Cabecera::ended, &application, [] { QApplication::exit(); });
     return QApplication::exec();
 }

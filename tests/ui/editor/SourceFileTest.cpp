@@ -1,0 +1,150 @@
+#include "ui/editor/SourceFile.h"
+
+#include <sys/resource.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+
+using namespace tavinor;
+
+namespace {
+
+void put(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+QByteArray bytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(not there)");
+}
+
+}  // namespace
+
+class SourceFileTest : public QObject {
+    Q_OBJECT
+
+  private:
+    QTemporaryDir folder_;
+    [[nodiscard]] QString path(const QString& name) const { return folder_.filePath(name); }
+
+  private slots:
+    void decodes_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("unicode");
+        QTest::newRow("ascii") << QByteArray("MVI A,1\r\n") << "MVI A,1\r\n" << true;
+        QTest::newRow("utf-8") << QByteArray("; a\xC3\xB1o \xE2\x82\xAC") << "; año €" << true;
+        QTest::newRow("past the basic plane") << QByteArray("\xF0\x9F\x98\x80") << "\U0001F600" << true;
+        QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF; \xC3\xB1") << "; ñ" << true;
+        QTest::newRow("a mark alone") << QByteArray("\xEF\xBB\xBF") << "" << true;
+        QTest::newRow("windows-1252") << QByteArray("; a\xF1o \x80\x93\x94") << "; año €“”" << false;
+        QTest::newRow("its undefined bytes") << QByteArray("\x81\xFF") << QStringLiteral(u"\u0081ÿ") << false;
+        QTest::newRow("cut-off utf-8") << QByteArray("a\xC3") << "aÃ" << false;
+        QTest::newRow("overlong utf-8") << QByteArray("\xC0\xAF") << "À¯" << false;
+        QTest::newRow("a surrogate in utf-8")
+            << QByteArray("\xED\xA0\x80") << QStringLiteral(u"í\u00A0€") << false;
+        QTest::newRow("marked, yet not utf-8") << QByteArray("\xEF\xBB\xBF\xF1") << "ñ" << false;
+        QTest::newRow("NUL") << QByteArray("a\0b", 3) << QStringLiteral(u"a\0b") << true;
+    }
+
+    void decodes() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, text);
+        QFETCH(bool, unicode);
+        const SourceFile file = decodeSource(bytes);
+        QCOMPARE(file.state, SourceFile::State::read);
+        QCOMPARE(file.text, text);
+        QCOMPARE(file.encoding == SourceEncoding::utf8, unicode);
+    }
+
+    void everyByteComesBackInTheOldEncoding() {
+        QByteArray all("\xFF\xFF");  // no valid UTF-8
+        for (int byte = 0; byte < 256; ++byte) {
+            if (byte != '\n') all.append(static_cast<char>(byte));
+        }
+        const SourceFile file = decodeSource(all);
+        QCOMPARE(file.encoding, SourceEncoding::windows1252);
+        QVERIFY(canEncode(file.text, file.encoding));
+        QVERIFY(writeSource(path("all"), file.text, file.encoding));
+        QCOMPARE(bytesOf(path("all")), all);
+    }
+
+    void knowsWhatTheOldEncodingLacks() {
+        QVERIFY(canEncode("año € “x”", SourceEncoding::windows1252));
+        QVERIFY(!canEncode("Ω", SourceEncoding::windows1252));
+        QVERIFY(!canEncode("\U0001F600", SourceEncoding::windows1252));
+        QVERIFY(canEncode("Ω\U0001F600", SourceEncoding::utf8));
+    }
+
+    void readsNothingButFiles() {
+        QCOMPARE(readSource(folder_.path()).state, SourceFile::State::failed);
+        QCOMPARE(readSource(path("missing")).state, SourceFile::State::failed);
+        QCOMPARE(readSource("/dev/zero").state, SourceFile::State::failed);
+        put(path("none"), {});
+        QCOMPARE(readSource(path("none")).state, SourceFile::State::empty);
+    }
+
+    void writesLineEndsAsPairs() {
+        QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", SourceEncoding::utf8));
+        QCOMPARE(bytesOf(path("a.asm")), QByteArray("uno\r\n\r\ndos \xC3\xB1\r\n"));
+        QVERIFY(writeSource(path("a.asm"), "ñ\n", SourceEncoding::windows1252));
+        QCOMPARE(bytesOf(path("a.asm")), QByteArray("\xF1\r\n"));
+    }
+
+    void keepsPermissions() {
+        put(path("p.asm"), "x");
+        const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup;
+        QVERIFY(QFile::setPermissions(path("p.asm"), permissions));
+        const auto before = QFile::permissions(path("p.asm"));
+        QVERIFY(writeSource(path("p.asm"), "y", SourceEncoding::utf8));
+        QCOMPARE(QFile::permissions(path("p.asm")), before);
+    }
+
+    void writesThroughLinks() {
+        put(path("real.asm"), "x");
+        QVERIFY(QFile::link("real.asm", path("link.asm")));
+        QVERIFY(QFile::link("link.asm", path("second.asm")));
+        QVERIFY(writeSource(path("second.asm"), "y", SourceEncoding::utf8));
+        QVERIFY(QFileInfo(path("second.asm")).isSymLink());
+        QVERIFY(QFileInfo(path("link.asm")).isSymLink());
+        QCOMPARE(bytesOf(path("real.asm")), QByteArray("y"));
+    }
+
+    void leavesOtherThingsAlone() {
+        QVERIFY(!writeSource(folder_.path(), "y", SourceEncoding::utf8));
+        QVERIFY(!writeSource("/dev/null", "y", SourceEncoding::utf8));
+        QVERIFY(!QFileInfo("/dev/null").isFile());
+        QVERIFY(!writeSource(path("no/such/folder.asm"), "y", SourceEncoding::utf8));
+    }
+
+    /// The limit on the size of files stands in for a full disk: the write fails in its middle.
+    void aFailedSaveLeavesTheOldFile_data() {
+        QTest::addColumn<int>("size");
+        QTest::newRow("more than a buffer") << 100'000;
+        QTest::newRow("less than a buffer") << 6'000;
+    }
+
+    void aFailedSaveLeavesTheOldFile() {
+        QFETCH(int, size);
+        put(path("old.asm"), "old");
+        const QStringList before = QDir(folder_.path()).entryList();
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small{4096, limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        const bool saved = writeSource(path("old.asm"), QString(size, 'x'), SourceEncoding::utf8);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        QVERIFY(!saved);
+        QCOMPARE(bytesOf(path("old.asm")), QByteArray("old"));
+        QCOMPARE(QDir(folder_.path()).entryList(), before);
+    }
+};
+
+QTEST_MAIN(SourceFileTest)
+#include "SourceFileTest.moc"

@@ -1,0 +1,267 @@
+#include "ui/editor/Editor.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScopedValueRollback>
+#include <optional>
+
+#include "ui/common/FileDialogs.h"
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/Naming.h"
+#include "ui/editor/Busqueda.h"
+#include "ui/editor/SourceEdit.h"
+
+namespace tavinor {
+
+namespace {
+
+FileDialogTexts dialogTexts(const QString& title) {
+    return {.title = title,
+            .filter = QStringLiteral("Fichero ensamblador (*.asm)|*.asm|Todos los ficheros (*.*)|*.*"),
+            .initialName = QStringLiteral("*.asm")};
+}
+
+/// What follows the last separator of the platform.
+QString nameWithoutFolder(QString path) {
+#ifdef Q_OS_WIN
+    path.replace('/', '\\');
+    return path.section('\\', -1);
+#else
+    return path.section('/', -1);
+#endif
+}
+
+}  // namespace
+
+Editor::Editor(QWidget* parent)
+    : QMainWindow(parent, Qt::Window),
+      texto(new SourceEdit(QStringLiteral("texto"), QStringLiteral("Texto del programa"), this)),
+      filename(new QLabel(this)),
+      filepath(new QLabel(this)) {
+    setObjectName(QStringLiteral("Editor"));
+    filename->setObjectName(QStringLiteral("filename"));
+    filepath->setObjectName(QStringLiteral("filepath"));
+    filename->hide();
+    filepath->hide();
+    setCentralWidget(texto);
+    makeMenus();
+    busqueda_ = new Busqueda(texto, Buscarsiguiente, this);
+    connect(texto, &QPlainTextEdit::textChanged, this, [this] { changed_ = true; });
+    connect(texto, &SourceEdit::touched, this, &Editor::refreshEdicion);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
+    constexpr int columns = 90;
+    constexpr int rows = 34;
+    resize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows);
+    showCaption();
+}
+
+Editor::~Editor() = default;
+
+void Editor::makeMenus() {
+    QList<QKeySequence> keys;
+    const auto addMenu = [](auto* parent, const QString& name, const QString& caption) {
+        QMenu* menu = parent->addMenu(caption);
+        menu->setObjectName(name);
+        return menu;
+    };
+    const auto add = [&keys](QMenu* menu, const char* name, const char* caption, const char* key) {
+        QAction* action = menu->addAction(QString::fromUtf8(caption));
+        action->setObjectName(QString::fromLatin1(name));
+        action->setShortcut(QKeySequence(QString::fromLatin1(key)));
+        keys.append(action->shortcut());
+        return action;
+    };
+    Archivo = addMenu(menuBar(), QStringLiteral("Archivo"), QStringLiteral("&Archivo"));
+    Nuevo = add(Archivo, "Nuevo", "&Nuevo", "Ctrl+N");
+    Abrir = add(Archivo, "Abrir", "&Abrir ...", "Ctrl+A");
+    guardar = add(Archivo, "guardar", "&Guardar", "Ctrl+G");
+    guardarcomo = add(Archivo, "guardarcomo", "Guardar co&mo", "Ctrl+M");
+    Salir = add(Archivo, "Salir", "&Salir", "Ctrl+S");
+    Edicion = addMenu(menuBar(), QStringLiteral("Edicion"), QStringLiteral("&Edición"));
+    Cortar = add(Edicion, "Cortar", "Cor&tar", "Ctrl+X");
+    Copiar = add(Edicion, "Copiar", "&Copiar", "Ctrl+C");
+    Pegar = add(Edicion, "Pegar", "&Pegar", "Ctrl+V");
+    Buscarvacio = addMenu(Edicion, QStringLiteral("Buscarvacio"), QStringLiteral("&Buscar"));
+    Buscar = add(Buscarvacio, "Buscar", "&Buscar", "Ctrl+B");
+    Buscarsiguiente = add(Buscarvacio, "Buscarsiguiente", "&Buscar siguiente", "F3");
+    for (QAction* action : {Cortar, Copiar, Pegar, Buscarsiguiente}) action->setEnabled(false);
+    texto->leaveToMenus(keys);
+
+    connect(Nuevo, &QAction::triggered, this, &Editor::Nuevo_Click);
+    connect(Abrir, &QAction::triggered, this, &Editor::Abrir_Click);
+    connect(guardar, &QAction::triggered, this, &Editor::guardar_Click);
+    connect(guardarcomo, &QAction::triggered, this, &Editor::guardarcomo_Click);
+    connect(Salir, &QAction::triggered, this, &QWidget::close);
+    connect(Cortar, &QAction::triggered, texto, &QPlainTextEdit::cut);
+    connect(Copiar, &QAction::triggered, texto, &QPlainTextEdit::copy);
+    connect(Pegar, &QAction::triggered, texto, &QPlainTextEdit::paste);
+    connect(Buscar, &QAction::triggered, this, &Editor::Buscar_Click);
+    connect(Buscarsiguiente, &QAction::triggered, this, [this] { busqueda_->Buscar_Click(); });
+}
+
+void Editor::refreshEdicion() {
+    Cortar->setEnabled(texto->hasSelection());
+    Copiar->setEnabled(texto->hasSelection());
+    const QMimeData* clipboard = QApplication::clipboard()->mimeData();
+    Pegar->setEnabled(clipboard != nullptr && clipboard->hasText());
+}
+
+void Editor::openFromPrincipal(QWidget* principal) {
+    if (!isVisible()) {
+        principal_ = principal;
+        const std::optional<QString> path =
+            askFileToOpen(principal, dialogTexts(QStringLiteral("Editar fichero .ASM")));
+        if (!path) return;
+        setFilename(*path);
+    }
+    bringForward();
+}
+
+void Editor::bringForward() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+    texto->setFocus();
+}
+
+QWidget* Editor::front() {
+    return isVisible() ? this : principal_.data();
+}
+
+void Editor::Nuevo_Click() {
+    if (!askToSave()) return;
+    setFilename({});
+    clearText();
+}
+
+void Editor::Abrir_Click() {
+    if (!askToSave()) return;
+    const std::optional<QString> path =
+        askFileToOpen(this, dialogTexts(QStringLiteral("Cargar fichero .ASM")));
+    if (path) setFilename(*path);
+}
+
+void Editor::guardar_Click() {
+    if (filename->text().isEmpty()) {
+        guardarcomo_Click();
+    } else {
+        write(filename->text());
+    }
+}
+
+void Editor::guardarcomo_Click() {
+    const std::optional<QString> path =
+        askFileToSave(this, dialogTexts(QStringLiteral("Salvar fichero .ASM")));
+    if (!path) return;
+    const QString question =
+        QStringLiteral("El fichero ") + *path + QStringLiteral(" ya existe\r\n¿Desea sobreescribirlo?");
+    if (QFileInfo::exists(*path) && !askYesNo(this, question)) return;
+    if (!write(*path)) return;
+    const QScopedValueRollback<bool> rename(suppressLoad_, true);
+    setFilename(*path);
+}
+
+void Editor::Buscar_Click() {
+    busqueda_->showForTyping();
+}
+
+bool Editor::askToSave() {
+    if (!changed_) return true;
+    // From the blank that precedes the name in the caption.
+    const QString question =
+        caption_.mid(applicationTitle().size() + 2) + QStringLiteral(" ha cambiado\r\n¿Desea guardarlo?");
+    switch (askYesNoCancel(this, question)) {
+        case SaveAnswer::yes: guardar_Click(); return !changed_;
+        case SaveAnswer::no: return true;
+        case SaveAnswer::cancel: break;
+    }
+    return false;
+}
+
+void Editor::setFilename(const QString& path) {
+    filename->setText(path);
+    filename_Change();
+}
+
+void Editor::filename_Change() {
+    showCaption();
+    if (filename->text().isEmpty()) return;
+    if (!suppressLoad_) load(filename->text());
+    changed_ = false;
+}
+
+/// A file that exists but cannot be read leaves the text without a name, so that no save puts an empty text
+/// in its place. An empty file has nothing to lose and keeps its name.
+void Editor::load(const QString& path) {
+    clearText();
+    if (!QFileInfo::exists(path)) {
+        const QString question =
+            QStringLiteral("El fichero ") + path + QStringLiteral(" no existe\r\n¿Desea crearlo?");
+        if (!askYesNo(front(), question)) setFilename({});
+        return;
+    }
+    const SourceFile file = readSource(path);
+    if (file.state != SourceFile::State::read) {
+        if (file.state == SourceFile::State::failed) setFilename({});
+        showMessage(front(), QStringLiteral("Error abriendo fichero"));
+        return;
+    }
+    encoding_ = file.encoding;
+    const bool ended = file.text.endsWith('\n') || file.text.endsWith('\r');
+    texto->setSource(ended ? file.text : file.text + '\n');
+}
+
+void Editor::showCaption() {
+    const QString name =
+        filename->text().isEmpty() ? QStringLiteral("[Sin nombre]") : nameWithoutFolder(filename->text());
+    caption_ = applicationTitle() + QStringLiteral(" - ") + name;
+    // In a window's title the toolkit keeps this mark for itself, unless it is doubled.
+    setWindowTitle(QString(caption_).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+}
+
+void Editor::clearText() {
+    texto->setSource({});
+    encoding_ = SourceEncoding::utf8;
+    changed_ = false;
+}
+
+bool Editor::write(const QString& path) {
+    const QString text = texto->source() + '\n';
+    SourceEncoding encoding = encoding_;
+    if (!canEncode(text, encoding)) {
+        const bool unicode =
+            askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
+                                          "codificación del fichero (Windows-1252)\r\n"
+                                          "¿Desea guardarlo en UTF-8?"));
+        if (!unicode) return false;
+        encoding = SourceEncoding::utf8;
+    }
+    if (!writeSource(path, text, encoding)) {
+        showMessage(this, QStringLiteral("Error guardando fichero"));
+        return false;
+    }
+    encoding_ = encoding;
+    changed_ = false;
+    return true;
+}
+
+void Editor::closeEvent(QCloseEvent* event) {
+    if (!askToSave()) {
+        event->ignore();
+        return;
+    }
+    busqueda_->hide();
+    Buscarsiguiente->setEnabled(false);
+    setFilename({});
+    clearText();
+    event->accept();
+}
+
+}  // namespace tavinor

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QString>
+
+#include "ui/editor/SourceFile.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+
+namespace tavinor {
+
+class Busqueda;
+class SourceEdit;
+
+/// The editor for assembly sources: one text at a time, and a question before changes are lost. Between uses
+/// it is hidden and holds nothing.
+class Editor : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    explicit Editor(QWidget* parent = nullptr);
+    ~Editor() override;
+
+    /// The main window's command: brings the open editor forward, or asks for a file and shows it.
+    void openFromPrincipal(QWidget* principal);
+    /// Closes the editor as any close does. False when it stays open: the text has not been saved.
+    bool mayClose() { return close(); }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void makeMenus();
+    void Nuevo_Click();
+    void Abrir_Click();
+    void guardar_Click();
+    void guardarcomo_Click();
+    void Buscar_Click();
+    void refreshEdicion();
+
+    void bringForward();
+    /// True when the text may go: nothing changed, or the user has saved it or gives it up.
+    bool askToSave();
+    void chooseAndLoad(const QString& title);
+    /// Another path in `filename`: caption, and the text unless the file is only being renamed.
+    void setFilename(const QString& path);
+    void filename_Change();
+    void load(const QString& path);
+    void showCaption();
+    void clearText();
+    bool write(const QString& path);
+    /// The window that questions belong to.
+    [[nodiscard]] QWidget* front();
+
+    SourceEdit* texto;
+    QLabel *filename, *filepath;
+    QMenu *Archivo, *Edicion, *Buscarvacio;
+    QAction *Nuevo, *Abrir, *guardar, *guardarcomo, *Salir;
+    QAction *Cortar, *Copiar, *Pegar, *Buscar, *Buscarsiguiente;
+    Busqueda* busqueda_;
+    QPointer<QWidget> principal_;
+    QString caption_;
+    SourceEncoding encoding_ = SourceEncoding::utf8;
+    bool changed_ = false;
+    bool suppressLoad_ = false;
+};
+
+}  // namespace tavinor

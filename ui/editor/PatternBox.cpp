@@ -1,0 +1,38 @@
+#include "ui/editor/PatternBox.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+
+#include "ui/common/Naming.h"
+
+namespace tavinor {
+
+PatternBox::PatternBox(const QString& name, const QString& accessibleName, QWidget* parent)
+    : QLineEdit(parent) {
+    named(this, name, accessibleName);
+}
+
+void PatternBox::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    selectOnPress_ = event->reason() == Qt::MouseFocusReason;
+    selectAll();
+}
+
+void PatternBox::mousePressEvent(QMouseEvent* event) {
+    if (selectOnPress_) {
+        selectOnPress_ = false;
+        return;
+    }
+    QLineEdit::mousePressEvent(event);
+}
+
+/// Enter ends here: passed on, it would press the dialog's button as well.
+void PatternBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        emit entered();
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+}  // namespace tavinor
