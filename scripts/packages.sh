@@ -2,7 +2,7 @@
 
 build_packages=(
   cmake fonts-dejavu-core g++ libzstd-dev ninja-build pkg-config
-  libqt6svg6-dev qt6-base-dev qt6-l10n-tools qt6-tools-dev qt6-translations-l10n
+  qt6-base-dev qt6-l10n-tools qt6-svg-dev qt6-tools-dev qt6-translations-l10n
 )
 
 # What shows a window where there is no screen.

@@ -24,6 +24,7 @@
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/editor/Editor.h"
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
@@ -54,7 +55,8 @@ Principal::Principal(QWidget* parent)
       interrupts_(new InterruptPanel(machine_, this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
-      halt_(new Halt(this)) {
+      halt_(new Halt(this)),
+      editor_(std::make_unique<Editor>()) {
     setObjectName(QStringLiteral("Principal"));
     layOut();
     makeMenus();
@@ -104,9 +106,6 @@ void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
     listains->setEnabled(false);
-    for (CommandButton* later : {commands_->Editar, commands_->about}) {
-        later->setEnabled(false);
-    }
 }
 
 void Principal::connectCommands() {
@@ -119,6 +118,8 @@ void Principal::connectCommands() {
     connectCommand(commands_->Eje_paso, &CommandButton::command, &Principal::Eje_paso_Click);
     connectCommand(commands_->CargarHEX, &CommandButton::command, &Principal::CargarHEX_Click);
     connectCommand(commands_->Ensamblar, &CommandButton::command, &Principal::Ensamblar_Click);
+    connectCommand(commands_->Editar, &CommandButton::command, &Principal::Editar_Click);
+    connectCommand(commands_->about, &CommandButton::command, &Principal::about_Click);
     connectCommand(commands_->Reset, &CommandButton::command, &Principal::Reset_Click);
     connectCommand(interrupts_, &InterruptPanel::trapRequested, &Principal::Trap_Click);
     connectCommand(interrupts_, &InterruptPanel::rst55Requested, &Principal::Rst55_Click);
@@ -309,6 +310,14 @@ void Principal::Ensamblar_Click() {
     regen();
 }
 
+void Principal::Editar_Click() {
+    editor_->openFromPrincipal(this);
+}
+
+void Principal::about_Click() {
+    emit aboutRequested();
+}
+
 void Principal::Reset_Click() {
     reset(machine_);
     regen();
@@ -391,14 +400,14 @@ void Principal::recover(const RuntimeError& error) {
 }
 
 bool Principal::Form_QueryUnload() {
-    return !commands_->running();
+    return !commands_->running() && editor_->mayClose();
 }
 
 void Principal::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (!Form_QueryUnload()) return;
     hide();
-    QCoreApplication::quit();
+    emit closed();
 }
 
 }  // namespace tavinor

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QString>
 #include <functional>
+#include <memory>
 
 #include "machine/Host.h"
 #include "machine/MachineState.h"
@@ -16,6 +17,7 @@ namespace tavinor {
 
 class BytePanel;
 class CommandBar;
+class Editor;
 class EntryPanel;
 class Halt;
 class InterruptPanel;
@@ -42,6 +44,12 @@ class Principal : public QMainWindow, private Host {
     /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended.
     void loadHexFile(const QString& path);
 
+  signals:
+    /// The user asks what program this is.
+    void aboutRequested();
+    /// The window has closed for good: the program says goodbye and ends.
+    void closed();
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     /// In a run: brings the views up to date before any event reaches its handler.
@@ -63,13 +71,15 @@ class Principal : public QMainWindow, private Host {
     void Eje_paso_Click();
     void CargarHEX_Click();
     void Ensamblar_Click();
+    void Editar_Click();
+    void about_Click();
     void Reset_Click();
     void Trap_Click();
     void Rst55_Click();
     void Rst65_Click();
     void Rst75_Click();
     void Intr_Click();
-    /// True when the window may close: never while a run is going.
+    /// True when the window may close: never while a run is going, and not before the editor has closed.
     bool Form_QueryUnload();
     void carryOut(int haltOption);
 
@@ -111,6 +121,7 @@ class Principal : public QMainWindow, private Host {
     BytePanel* memory_;
     BytePanel* ports_;
     Halt* halt_;
+    std::unique_ptr<Editor> editor_;  // a window of its own, not one in front of this one
     QAction* listains = nullptr;
 };
 

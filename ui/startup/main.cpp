@@ -19,6 +19,9 @@ int main(int argc, char* argv[]) {
     QApplication::processEvents();  // the splash is on the screen while the main window is made
     tavinor::Principal principal;
     QObject::connect(&cabecera, &tavinor::Cabecera::splashOver, &principal, &QWidget::show);
+    QObject::connect(&principal, &tavinor::Principal::aboutRequested, &cabecera,
+                     &tavinor::Cabecera::showAbout);
+    QObject::connect(&principal, &tavinor::Principal::closed, &cabecera, &tavinor::Cabecera::showFarewell);
     QObject::connect(&cabecera, &tavinor::Cabecera::ended, &application, [] { QApplication::exit(); });
     return QApplication::exec();
 }
