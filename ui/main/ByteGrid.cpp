@@ -18,6 +18,10 @@ QString hexText(int value, int digits) {
     return QString::fromStdString(hexa(value, digits));
 }
 
+std::int32_t addressOf(const QModelIndex& index) {
+    return index.row() * ByteGridModel::columns + index.column();
+}
+
 }  // namespace
 
 ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
@@ -33,7 +37,7 @@ int ByteGridModel::columnCount(const QModelIndex& parent) const {
 
 QVariant ByteGridModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
-    const std::int32_t address = index.row() * columns + index.column();
+    const std::int32_t address = addressOf(index);
     switch (role) {
         case Qt::DisplayRole: return cellText(address);
         case Qt::TextAlignmentRole: return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
@@ -103,7 +107,7 @@ void ByteGrid::fitColumns() {
 }
 
 std::int32_t ByteGrid::currentAddress() const {
-    return currentIndex().row() * ByteGridModel::columns + currentIndex().column();
+    return addressOf(currentIndex());
 }
 
 void ByteGrid::showCurrent(std::int32_t address) {
@@ -126,18 +130,33 @@ void ByteGrid::refresh() {
 
 void ByteGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
-    if (!showing_ && current.isValid()) announce();
+    if (!showing_ && current.isValid()) emit cellSelected(addressOf(current), addressOf(previous));
 }
 
 void ByteGrid::mousePressEvent(QMouseEvent* event) {
     const QModelIndex before = currentIndex();
     QTableView::mousePressEvent(event);
     // A press on the cell that is current already selects it as well.
-    if (currentIndex() == before && indexAt(event->pos()) == before && before.isValid()) announce();
+    if (currentIndex() == before && indexAt(event->pos()) == before && before.isValid()) {
+        emit cellSelected(currentAddress(), currentAddress());
+    }
 }
 
-void ByteGrid::announce() {
-    emit cellSelected(currentAddress());
+/// One cell is selected at all times: a click with Ctrl does not take the selection away.
+QItemSelectionModel::SelectionFlags ByteGrid::selectionCommand(const QModelIndex& index,
+                                                               const QEvent* /*event*/) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+/// An assistive tool changes the selection and leaves the current cell as it is.
+void ByteGrid::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    if (!showing_) QMetaObject::invokeMethod(this, &ByteGrid::followSelection, Qt::QueuedConnection);
+}
+
+void ByteGrid::followSelection() {
+    const QModelIndexList chosen = selectedIndexes();
+    if (!chosen.isEmpty() && chosen.first() != currentIndex()) setCurrentIndex(chosen.first());
 }
 
 }  // namespace tavinor

@@ -55,16 +55,19 @@ class ByteGrid : public QTableView {
     void refresh();
 
   signals:
-    /// The user selected a cell, by mouse, keyboard or an assistive tool.
-    void cellSelected(std::int32_t address);
+    /// The user selected a cell, by mouse, keyboard or an assistive tool; `before` was selected until then.
+    void cellSelected(std::int32_t address, std::int32_t before);
 
   protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mousePressEvent(QMouseEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
     void fitColumns();
-    void announce();
+    void followSelection();
 
     ByteGridModel* model_;
     bool showing_ = false;

@@ -38,9 +38,13 @@ void BytePanel::showSelectedCell() {
     data_->showText(model_->cellText(address));
 }
 
-void BytePanel::selectCell() {
-    // An assistive tool can select a cell without moving the focus.
-    if (leaveFocusedBox(window())) showSelectedCell();
+void BytePanel::selectCell(std::int32_t /*address*/, std::int32_t before) {
+    // An assistive tool can select a cell without moving the focus; a refusal takes the selection back.
+    if (leaveFocusedBox(window(), grid_)) {
+        showSelectedCell();
+    } else {
+        grid_->showCurrent(before);
+    }
 }
 
 /// The data box keeps its text until a cell is selected.

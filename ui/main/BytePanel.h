@@ -42,7 +42,7 @@ class BytePanel : public QGroupBox {
     void byteEntered(std::int32_t address, int data);
 
   private:
-    void selectCell();
+    void selectCell(std::int32_t address, std::int32_t before);
     void addressLeft();
 
     ByteGridModel* model_;

@@ -43,6 +43,23 @@ ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
     connect(this, &QListWidget::doubleClicked, this, &ListingView::prg_DblClick);
 }
 
+/// One row is selected at all times: a click with Ctrl does not take the selection away.
+QItemSelectionModel::SelectionFlags ListingView::selectionCommand(const QModelIndex& index,
+                                                                  const QEvent* /*event*/) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+/// An assistive tool changes the selection and leaves the current row as it is.
+void ListingView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QListWidget::selectionChanged(selected, deselected);
+    if (!showing_) QMetaObject::invokeMethod(this, &ListingView::followSelection, Qt::QueuedConnection);
+}
+
+void ListingView::followSelection() {
+    const QList<QListWidgetItem*> chosen = selectedItems();
+    if (!chosen.isEmpty() && chosen.first() != currentItem()) setCurrentItem(chosen.first());
+}
+
 void ListingView::showRows(const Listing& listing, std::int32_t programCounter) {
     const QScopedValueRollback<bool> silent(showing_, true);
     const auto wanted = static_cast<int>(listing.rows().size());
@@ -123,8 +140,11 @@ void ListingPanel::rebuildInPlace() {
 }
 
 void ListingPanel::prg_Click() {
-    // An assistive tool can select a row without moving the focus.
-    if (!leaveFocusedBox(window())) return;
+    // An assistive tool can select a row without moving the focus; a refusal takes the selection back.
+    if (!leaveFocusedBox(window(), prg)) {
+        showRows();
+        return;
+    }
     listing_.select(prg->currentRow());
     if (listing_.selected() != Listing::noRow) emit rowSelected(prg->currentItem()->text());
 }
@@ -138,9 +158,15 @@ void ListingPanel::prg_DblClick() {
 }
 
 void ListingPanel::prg_KeyDown(int key) {
-    if (key == Qt::Key_Up && listing_.firstSelected()) listing_.stepBackOneByte();
-    if (key == Qt::Key_Down && listing_.lastSelected()) listing_.scrollForward();
+    const bool back = key == Qt::Key_Up && listing_.firstSelected();
+    const bool forward = key == Qt::Key_Down && listing_.lastSelected();
+    if (!back && !forward) return;
+    const std::int32_t before = listing_.address(listing_.selected());
+    if (back) listing_.stepBackOneByte();
+    if (forward) listing_.scrollForward();
     showRows();
+    // The student has selected another instruction, in the same row of the list.
+    if (listing_.address(listing_.selected()) != before) prg_Click();
 }
 
 void ListingPanel::prg_Scroll() {
