@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QTextCursor>
 
+#include "assembler/window/LongLines.h"
 #include "ui/common/MessageBoxes.h"
 
 namespace tavinor {
@@ -34,7 +35,12 @@ void PaneFeeder::cleared(Pane pane) {
 }
 
 void PaneFeeder::appended(Pane pane, std::string_view text) {
-    feed(pane).waiting.append(text.data(), static_cast<qsizetype>(text.size()));
+    QByteArray& waiting = feed(pane).waiting;
+    if (text.size() <= longestPaneLine) {
+        waiting.append(text.data(), static_cast<qsizetype>(text.size()));
+    } else {
+        waiting.append(withoutLongLines(text));
+    }
     if (sinceShown_.elapsed() < showPeriod) return;
     showPiece(listing_);
     showPiece(report_);

@@ -12,7 +12,9 @@ PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
 
 void PathLabel::showPath(const QString& path) {
     setText(path);
-    setToolTip("<span>" + path.toHtmlEscaped() + "</span>");  // rich text alone is broken into lines
+    // As rich text, which is broken into lines, with a place to break it after every folder.
+    const QString breakable = path.toHtmlEscaped().replace('/', "/&#8203;").replace('\\', "\\&#8203;");
+    setToolTip("<span>" + breakable + "</span>");
 }
 
 void PathLabel::paintEvent(QPaintEvent* /*event*/) {
