@@ -30,6 +30,7 @@ class HexBox : public QLineEdit {
     HexBox(const QString& name, const QString& accessibleName, int digits, QWidget* parent,
            Blank blank = Blank::padded);
 
+    [[nodiscard]] int digits() const { return digits_; }
     /// The value of the text, 0..65535 once the box has been left.
     [[nodiscard]] int value() const;
 
