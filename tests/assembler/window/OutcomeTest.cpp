@@ -1,5 +1,6 @@
 // How an assembly ends: what the window shows, what the files hold, which boxes come.
 
+#include <sys/stat.h>
 #include <QDir>
 #include <QFile>
 #include <QScrollBar>
@@ -150,6 +151,7 @@ class OutcomeTest : public QObject {
     void succeedsWithoutAListingFile_data() {
         QTest::addColumn<QString>("obstacle");
         QTest::newRow("directory") << "directory";
+        QTest::newRow("pipe without a reader") << "pipe";
         QTest::newRow("full disk") << "/dev/full";
     }
     void succeedsWithoutAListingFile() {
@@ -157,6 +159,8 @@ class OutcomeTest : public QObject {
         user_->write("prog.asm", goodSource);
         if (obstacle == "directory") {
             QVERIFY(QDir().mkdir(user_->path("prog.LST")));
+        } else if (obstacle == "pipe") {
+            QCOMPARE(mkfifo(qPrintable(user_->path("prog.LST")), 0600), 0);
         } else {
             if (!QFile::exists(obstacle)) QSKIP("this system has no disk that is always full");
             QVERIFY(QFile::link(obstacle, user_->path("prog.LST")));
