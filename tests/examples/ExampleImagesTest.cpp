@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "assembler/Ensambla.h"
 #include "machine/HexText.h"
 #include "tests/examples/ExampleMachine.h"
 #include "tests/examples/Programs.h"
@@ -131,6 +132,13 @@ class ExampleImageTest : public testing::TestWithParam<std::string_view> {
 TEST_P(ExampleImageTest, IsInTheFormOfOurOwnWriter) {
     const std::string text = readFile(image());
     EXPECT_EQ(text, asWritten(cellsOf(text)));
+}
+
+TEST_P(ExampleImageTest, IsWhatItsSourceAssemblesTo) {
+    AssemblyObserver nobody;
+    const AssemblyResult result = Ensambla(sourcePath(GetParam()), made("made.hex"), nobody);
+    EXPECT_TRUE(result.assembled) << result.report;
+    EXPECT_EQ(readFile(made("made.hex")), readFile(image()));
 }
 
 TEST_P(ExampleImageTest, FillsMemoryAsItsRecordsSay) {

@@ -1,0 +1,245 @@
+// How an assembly ends: what the window shows, what the files hold, which boxes come.
+
+#include <sys/stat.h>
+#include <QDir>
+#include <QFile>
+#include <QScrollBar>
+#include <QTest>
+#include <filesystem>
+#include <memory>
+
+#include "tests/assembler/window/AssemblerUser.h"
+#include "tests/support/OrdinaryUser.h"
+
+using namespace tavinor;
+
+namespace {
+
+const char* const goodSource = "; ejemplo\r\n ORG 100H\r\nX: MVI A,5\r\n HLT\r\n";
+const QStringList goodRecords{":030100003E057643", ":00000001FF"};
+const QStringList goodListing{"0100             ORG 100H",
+                              "0100 3E05       X: MVI A,5",
+                              "0102 76          HLT",
+                              QString(40, '-'),
+                              "TABLA DE SIMBOLOS",
+                              QString(40, '-'),
+                              "X\t0100"};
+
+QByteArray fileOf(const QStringList& texts) {
+    return lines(texts, "\r\n").toUtf8();
+}
+
+/// A listing file ends in an empty line.
+QByteArray listingFileOf(const QStringList& texts) {
+    return fileOf(texts) + "\r\n";
+}
+
+bool atEnd(const QPlainTextEdit* pane) {
+    return pane->verticalScrollBar()->maximum() > 0 &&
+           pane->verticalScrollBar()->value() == pane->verticalScrollBar()->maximum();
+}
+
+}  // namespace
+
+class OutcomeTest : public QObject {
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<AssemblerUser> user_;
+
+    void compareFailure(const Shown& shown, const QStringList& listing, const QStringList& report) {
+        QCOMPARE(shown.outcome, "Ensamblado incorrecto");
+        QCOMPARE(shown.listing, lines(listing));
+        QCOMPARE(shown.report, lines(report));
+        QCOMPARE(shown.focus, "filehex");
+        QCOMPARE(user_->read("prog.LST"), listingFileOf(listing));
+    }
+
+  private slots:
+    void init() { user_ = std::make_unique<AssemblerUser>(); }
+    void cleanup() { user_.reset(); }
+
+    void showsAndWritesWhatItAssembled() {
+        user_->write("prog.asm", goodSource);
+        const Shown shown = user_->assemble("prog.asm");
+        QCOMPARE(shown.outcome, "Ensamblado correcto");
+        QCOMPARE(shown.listing, lines(goodListing));
+        QCOMPARE(shown.report, lines(goodRecords));
+        QCOMPARE(shown.focus, "cerrar");
+        QCOMPARE(user_->read("prog.HEX"), fileOf(goodRecords));
+        QCOMPARE(user_->read("prog.LST"), listingFileOf(goodListing));
+        QCOMPARE(user_->dialogs().count(), 2);  // no box
+    }
+
+    void replacesTheFilesOfAnEarlierRun() {
+        user_->write("prog.asm", goodSource);
+        user_->write("prog.HEX", QByteArray(5000, 'h'));
+        user_->write("prog.LST", QByteArray(5000, 'l'));
+        user_->assemble("prog.asm");
+        QCOMPARE(user_->read("prog.HEX"), fileOf(goodRecords));
+        QCOMPARE(user_->read("prog.LST"), listingFileOf(goodListing));
+    }
+
+    void reportsTheErrorsOfTheFirstPass() {
+        user_->write("prog.asm", "A: NOP\r\n\t nope\t; MAL \r\n MVI A,ZZ\r\n");
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        compareFailure(shown,
+                       {"A: NOP", "\t nope\t; MAL ", "==> ERROR: Código de operación no valido", " MVI A,ZZ"},
+                       {"==>\t nope\t; MAL ", "Línea: 2 - ERROR: Código de operación no valido"});
+        QCOMPARE(user_->files(), QStringList({"prog.LST", "prog.asm"}));
+    }
+
+    void reportsTheErrorsOfTheLastPass() {
+        user_->write("prog.asm", "A: MVI A,ZZ\r\n");
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        compareFailure(shown,
+                       {"==> ERROR: Operando incorrecto", "0000 3EFF       A: MVI A,ZZ", QString(40, '-'),
+                        "TABLA DE SIMBOLOS", QString(40, '-'), "A\t0000"},
+                       {"==>A: MVI A,ZZ", "Línea: 1 - ERROR: Operando incorrecto"});
+    }
+
+    void leavesTheOldHexFileWhenItFails() {
+        user_->write("prog.asm", " NOPE\r\n");
+        user_->write("prog.HEX", "antes");
+        user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        QCOMPARE(user_->read("prog.HEX"), "antes");
+    }
+
+    void bringsTheFirstErrorIntoView() {
+        user_->write("prog.asm",
+                     QByteArray(" NOP\r\n").repeated(100) + QByteArray(" NOPE\r\n").repeated(300));
+        user_->afterwards = [](QDialog& window) {
+            const QPlainTextEdit* report = reportPane(window);
+            QVERIFY(report->verticalScrollBar()->maximum() > 0);
+            QCOMPARE(report->verticalScrollBar()->value(), 0);
+            QCOMPARE(report->textCursor().position(), 0);
+            QVERIFY(atEnd(listingPane(window)));
+        };
+        user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+    }
+
+    void showsTheEndsOfBothPanesWhenItSucceeds() {
+        user_->write("prog.asm", QByteArray(" NOP\r\n").repeated(2000));
+        user_->afterwards = [](QDialog& window) {
+            QVERIFY(atEnd(listingPane(window)));
+            QVERIFY(atEnd(reportPane(window)));
+            QCOMPARE(listingPane(window)->horizontalScrollBar()->value(), 0);
+        };
+        QCOMPARE(user_->assemble("prog.asm").outcome, "Ensamblado correcto");
+    }
+
+    void failsWhenTheHexFileCannotBeCreated() {
+        user_->write("prog.asm", goodSource);
+        QVERIFY(QDir().mkdir(user_->path("prog.HEX")));
+        const Shown shown = user_->assemble("prog.asm", {"Error creando fichero", "Ensamblado incorrecto"});
+        QCOMPARE(shown.outcome, "Ensamblado incorrecto");
+        QCOMPARE(shown.report, QString());
+        QCOMPARE(shown.focus, "filehex");
+        QCOMPARE(user_->read("prog.LST"), listingFileOf(goodListing));
+    }
+
+    void failsWhenTheHexFileDoesNotFitTheDisk() {
+        if (!QFile::exists("/dev/full")) QSKIP("this system has no disk that is always full");
+        user_->write("prog.asm", goodSource);
+        QVERIFY(QFile::link("/dev/full", user_->path("prog.HEX")));
+        const Shown shown = user_->assemble("prog.asm", {"Error creando fichero", "Ensamblado incorrecto"});
+        QCOMPARE(shown.outcome, "Ensamblado incorrecto");
+        QCOMPARE(shown.listing, lines(goodListing));
+        QCOMPARE(user_->read("prog.LST"), listingFileOf(goodListing));
+    }
+
+    void succeedsWithoutAListingFile_data() {
+        QTest::addColumn<QString>("obstacle");
+        QTest::newRow("directory") << "directory";
+        QTest::newRow("pipe without a reader") << "pipe";
+        QTest::newRow("full disk") << "/dev/full";
+    }
+    void succeedsWithoutAListingFile() {
+        QFETCH(const QString, obstacle);
+        user_->write("prog.asm", goodSource);
+        if (obstacle == "directory") {
+            QVERIFY(QDir().mkdir(user_->path("prog.LST")));
+        } else if (obstacle == "pipe") {
+            QCOMPARE(mkfifo(qPrintable(user_->path("prog.LST")), 0600), 0);
+        } else {
+            if (!QFile::exists(obstacle)) QSKIP("this system has no disk that is always full");
+            QVERIFY(QFile::link(obstacle, user_->path("prog.LST")));
+        }
+        const Shown shown = user_->assemble("prog.asm", {"Error creando fichero"});
+        QCOMPARE(shown.outcome, "Ensamblado correcto");
+        QCOMPARE(shown.focus, "cerrar");
+        QCOMPARE(user_->read("prog.HEX"), fileOf(goodRecords));
+    }
+
+    void saysAllThatFails() {
+        user_->write("prog.asm", " NOPE\r\n");
+        QVERIFY(QDir().mkdir(user_->path("prog.LST")));
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto", "Error creando fichero"});
+        QCOMPARE(shown.focus, "filehex");
+    }
+
+    void writesNoListingFileWithoutAName() {
+        user_->write("prog.asm", goodSource);
+        user_->assemblePaths(user_->path("prog.asm"), user_->path("prog.HEX"), {});
+        QCOMPARE(user_->files(), QStringList({"prog.HEX", "prog.asm"}));
+    }
+
+    void reportsAnEmptySource() {
+        user_->write("prog.asm", "");
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        compareFailure(shown, {"==> ERROR: Fichero vacío"}, {"==> ERROR: Fichero vacío"});
+    }
+
+    void reportsASourceThatCannotBeRead_data() {
+        QTest::addColumn<QString>("source");
+        QTest::newRow("vanished") << "falta.asm";
+        QTest::newRow("directory") << "";
+        QTest::newRow("not allowed") << "secreto.asm";
+    }
+    void reportsASourceThatCannotBeRead() {
+        QFETCH(const QString, source);
+        user_->write("secreto.asm", goodSource);
+        QVERIFY(QFile::setPermissions(user_->path("secreto.asm"), QFile::Permissions()));
+        std::filesystem::permissions(user_->path({}).toStdString(), std::filesystem::perms::all);
+        const test::OrdinaryUser ordinary;
+        QVERIFY(ordinary.is());
+        const Shown shown = user_->assemblePaths(user_->path(source), user_->path("prog.HEX"),
+                                                 user_->path("prog.LST"), {"Ensamblado incorrecto"});
+        compareFailure(shown, {"==> ERROR: Error abriendo fichero"}, {"==> ERROR: Error abriendo fichero"});
+        QVERIFY(!QFile::exists(user_->path("prog.HEX")));
+    }
+
+    void keepsTheEncodingOfTheSource_data() {
+        QTest::addColumn<QByteArray>("source");
+        const QString text = "AÑO: JMP AÑO ; así € sí\r\n";
+        QByteArray windows1252("A\xD1O: JMP A\xD1O ; as\xED \x80 s\xED\r\n");
+        QTest::newRow("UTF-8") << text.toUtf8();
+        QTest::newRow("Windows-1252") << windows1252;
+    }
+    void keepsTheEncodingOfTheSource() {
+        QFETCH(const QByteArray, source);
+        user_->write("prog.asm", source);
+        const Shown shown = user_->assemble("prog.asm");
+        QCOMPARE(shown.outcome, "Ensamblado correcto");
+        QVERIFY2(shown.listing.startsWith("0000 C30000     AÑO: JMP AÑO ; así € sí\n"),
+                 qPrintable(shown.listing));
+        QVERIFY2(shown.listing.endsWith("\nAÑO\t0000\n"), qPrintable(shown.listing));
+        QVERIFY(user_->read("prog.LST").startsWith("0000 C30000     " + source));
+    }
+
+    void showsAnAccentInTheReport() {
+        user_->write("prog.asm", " NOPE ; A\xD1O\r\n");
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        QVERIFY2(shown.report.startsWith("==> NOPE ; AÑO\n"), qPrintable(shown.report));
+    }
+
+    void takesNulsAsTheyAre() {
+        user_->write("prog.asm", QByteArray(" NOP ; \0\0 x\r\n HLT\r\n", 19));
+        const Shown shown = user_->assemble("prog.asm");
+        QCOMPARE(shown.outcome, "Ensamblado correcto");
+        QVERIFY(user_->read("prog.LST").startsWith(QByteArray("0000 00          NOP ; \0\0 x\r\n", 29)));
+    }
+};
+
+QTEST_MAIN(OutcomeTest)
+#include "OutcomeTest.moc"
