@@ -13,9 +13,9 @@ namespace tavinor {
 BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
     : QGroupBox(names.title, parent),
       model_(new ByteGridModel(names.cells, names.addressDigits, this)),
-      grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)),
       address_(new HexBox(names.address, names.addressAccessible, names.addressDigits, this)),
-      data_(new HexBox(names.data, names.dataAccessible, 2, this)) {
+      data_(new HexBox(names.data, names.dataAccessible, 2, this)),
+      grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)) {
     auto* boxes = new QHBoxLayout;
     boxes->addWidget(new QLabel(QStringLiteral("Dirección:"), this));
     boxes->addWidget(address_);

@@ -46,9 +46,9 @@ class BytePanel : public QGroupBox {
     void addressLeft();
 
     ByteGridModel* model_;
-    ByteGrid* grid_;
     HexBox* address_;
     HexBox* data_;
+    ByteGrid* grid_;
 };
 
 /// The panel "Memoria" with `grdmem`, `txtDirMem` and `txtDatMem`.

@@ -46,11 +46,11 @@ QString errorText(const RuntimeError& error) {
 Principal::Principal(QWidget* parent)
     : QMainWindow(parent),
       commands_(new CommandBar(this)),
-      registers_(new RegisterPanel(machine_, this)),
-      interrupts_(new InterruptPanel(machine_, this)),
       listing_(new ListingPanel(machine_, breakpoints_, this)),
       entry_(new EntryPanel(this)),
+      registers_(new RegisterPanel(machine_, this)),
       stack_(new StackPanel(machine_, this)),
+      interrupts_(new InterruptPanel(machine_, this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
       halt_(new Halt(this)) {

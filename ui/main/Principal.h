@@ -99,12 +99,13 @@ class Principal : public QMainWindow, private Host {
     int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;
 
+    // In reading order: Tab follows the order in which they are made.
     CommandBar* commands_;
-    RegisterPanel* registers_;
-    InterruptPanel* interrupts_;
     ListingPanel* listing_;
     EntryPanel* entry_;
+    RegisterPanel* registers_;
     StackPanel* stack_;
+    InterruptPanel* interrupts_;
     BytePanel* memory_;
     BytePanel* ports_;
     Halt* halt_;

@@ -95,9 +95,8 @@ void RegisterPanel::layOut() {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addLayout(registers);
-    for (int bit = 7; bit > 0; --bit) setTabOrder(flagBox(bit), flagBox(bit - 1));
     setTabOrder(txtF, flagBox(7));
-    setTabOrder(flagBox(0), txtB);
+    for (int bit = 7; bit > 0; --bit) setTabOrder(flagBox(bit), flagBox(bit - 1));
 }
 
 /// Eight boxes from bit 7 to bit 0 with their captions above.
