@@ -152,7 +152,8 @@ void HexBox::watchPresses(bool on) {
 bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-    if (press && entered_ && hasFocus()) {
+    // The press may be the one that makes the window active, and come first.
+    if (press && entered_ && window()->focusWidget() == this) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
         QWidget* taker = focusTakerAt(mouse->position().toPoint());
         if (taker != nullptr && taker != this) {
