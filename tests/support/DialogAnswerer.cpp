@@ -20,6 +20,12 @@ void failTheTest(const QString& complaint) {
     QTest::qFail(qPrintable(complaint), __FILE__, __LINE__);
 }
 
+constexpr int settlingTime = 60;  // milliseconds
+
+bool onAScreen() {
+    return QGuiApplication::platformName() != QStringLiteral("offscreen");
+}
+
 QString normalLineEnds(QString text) {
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     return text.replace('\r', '\n');
@@ -105,13 +111,16 @@ void DialogAnswerer::letGoOfTheMouse(QWidget* window) {
 /// Without a screen there is no window manager that activates the parent of a closed dialog.
 void DialogAnswerer::giveTheFocusBack(QWidget* dialog) {
     QWidget* parent = dialog->parentWidget();
-    if (parent == nullptr || QGuiApplication::platformName() != QStringLiteral("offscreen")) return;
+    if (parent == nullptr || onAScreen()) return;
     QTimer::singleShot(0, parent->window(), &QWidget::activateWindow);
 }
 
 void DialogAnswerer::serve(QWidget* window) {
     ++count_;
     letGoOfTheMouse(window);
+    // A window manager passes the focus about for a while; a user does not answer before it has settled.
+    if (onAScreen()) QTest::qWait(settlingTime);
+    if (!QTest::qWaitForWindowActive(window)) report_(QStringLiteral("inactive: ") + describe(window));
     if (expected_.empty()) {
         report_(QStringLiteral("unexpected: ") + describe(window));
         dismiss(window);

@@ -155,7 +155,8 @@ void HexBox::watchPresses(bool on) {
 bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-    if (press && entered_) {  // also while the menu bar has the focus
+    // Also while the menu bar has the focus, and by the press that makes the window active.
+    if (press && entered_) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
         QWidget* taker = focusTakerAt(mouse->position().toPoint());
         if (taker != nullptr && taker != this) {

@@ -279,6 +279,18 @@ class HexBoxTest : public QObject {
         QCOMPARE(left.count(), 0);
     }
 
+    /// The press that brings a window back may arrive before the window is active.
+    void aClickInAnInactiveWindowLeaves() {
+        const QSignalSpy left(byte_, &HexBox::left);
+        window_->typeInto(byte_, "7");
+        QWidget other;
+        QVERIFY(showActive(&other));
+        clickIn(window_->button);
+        QCOMPARE(left.count(), 1);
+        QCOMPARE(byte_->text(), "07");
+        QCOMPARE(window_->commands, 1);
+    }
+
     void aMenuIsNoLeaving() {
         const QSignalSpy left(byte_, &HexBox::left);
         window_->typeInto(byte_, "zz");

@@ -1,0 +1,375 @@
+#include <QCheckBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QTest>
+
+#include "tests/support/RealInput.h"
+#include "tests/ui/main/Simulator.h"
+#include "tests/ui/main/ViewsCheck.h"
+
+using namespace tavinor;
+
+/// The dialog that a HLT opens, and what happens after each way out of it.
+class HaltTest : public QObject {
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<Simulator> s_;
+
+    [[nodiscard]] QString difference() const { return ViewsCheck(*s_).quickDifference(); }
+    [[nodiscard]] QRadioButton* option(int index) const {
+        return s_->halt()->findChild<QRadioButton*>(QStringLiteral("opt%1").arg(index));
+    }
+    [[nodiscard]] QCheckBox* eje() const { return s_->halt()->findChild<QCheckBox*>("eje"); }
+    [[nodiscard]] HexBox* vector() const { return s_->halt()->findChild<HexBox*>("txtVec"); }
+    [[nodiscard]] QAbstractButton* aceptar() const {
+        return s_->halt()->findChild<QAbstractButton*>("aceptar");
+    }
+    void typeVector(const QString& text) const {
+        clickIn(vector());
+        pressKey(vector(), Qt::Key_A, Qt::ControlModifier);
+        typeText(vector(), text);
+    }
+    /// The next HLT opens the dialog, in which `action` is done; it has to end with "Aceptar".
+    void expectHalt(const std::function<void()>& action) const {
+        s_->dialogs.expectWindow("Halt", [this, action](QWidget* dialog) {
+            action();
+            if (!dialog->isVisible()) return;
+            QTest::qFail("the dialog is still open", __FILE__, __LINE__);
+            vector()->showText("00");
+            clickIn(aceptar());
+        });
+    }
+    void expectHaltAndChoose(Halt::Option way) const {
+        expectHalt([this, way] {
+            clickIn(option(way));
+            clickIn(aceptar());
+        });
+    }
+    /// HLT at 0100 with a stack at 8000; `IE` with all lines open where `open`.
+    void prepareHalt(bool open) const {
+        s_->load(0x100, QByteArray::fromHex("76"));
+        s_->enter("txtSP", "8000");
+        s_->enter("txtPC", "0100");
+        if (!open) return;
+        for (const char* mask : {"CHK55", "CHK65", "CHK75", "CHKEI"}) s_->press(mask);
+    }
+
+  private slots:
+    void init() { s_ = std::make_unique<Simulator>(); }
+    void cleanup() { s_.reset(); }
+
+    void texts() {
+        prepareHalt(false);
+        expectHalt([this] {
+            QVERIFY(s_->halt()->isModal());
+            QCOMPARE(s_->halt()->windowTitle(), "Tavinor");
+            const auto label = [this](const char* name) { return s_->halt()->findChild<QLabel*>(name); };
+            QCOMPARE(label("Label1")->text(), "Programa Parado por instrucción HLT");
+            QVERIFY(label("Label1")->font().bold());
+            QCOMPARE(label("Label1")->font().family(), "Arial");
+            QCOMPARE(label("Label2")->text(), "Seleccione modo de salida");
+            QVERIFY(!label("Label2")->font().bold());
+            QCOMPARE(label("Label33")->text(), "Vector:");
+            QStringList options;
+            for (int i = 0; i < Halt::optionCount; ++i) options.append(option(i)->text());
+            QCOMPARE(options, QStringList({"RESET", "TRAP", "RST5.5", "RST6.5", "RST7.5", "INTR"}));
+            QCOMPARE(eje()->text(), "Continuar ejecución");
+            QCOMPARE(aceptar()->text(), "Aceptar");
+            QCOMPARE(vector()->text(), "00");
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QVERIFY(!s_->halt()->isVisible());
+        QCOMPARE(difference(), QString());
+    }
+
+    void waysOut_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<int>("programCounter");
+        QTest::newRow("TRAP") << int(Halt::trap) << 0x24;
+        QTest::newRow("RST5.5") << int(Halt::rst55) << 0x2C;
+        QTest::newRow("RST6.5") << int(Halt::rst65) << 0x34;
+        QTest::newRow("RST7.5") << int(Halt::rst75) << 0x3C;
+        QTest::newRow("INTR") << int(Halt::intr) << 0x38;
+    }
+
+    void waysOut() {
+        QFETCH(int, way);
+        QFETCH(int, programCounter);
+        prepareHalt(true);
+        s_->enter("txtVec", "FF");
+        expectHaltAndChoose(static_cast<Halt::Option>(way));
+        s_->press("Eje_paso");
+        const MachineState& m = s_->machine();
+        QCOMPARE(m.PC, programCounter);
+        QCOMPARE(m.SP, 0x7FFE);
+        QCOMPARE(int(m.mem[0x7FFE]) + 256 * m.mem[0x7FFF], 0x0101);  // the address after HLT
+        QVERIFY(!m.intState.IE);
+        QCOMPARE(ViewsCheck(*s_).difference(), QString());
+    }
+
+    void resetIsTheWayOutByDefault() {
+        prepareHalt(true);
+        expectHalt([this] {
+            QVERIFY(option(Halt::reset)->isChecked());
+            pressKey(s_->halt(), Qt::Key_Return);
+        });
+        s_->press("Eje_paso");
+        QVERIFY(static_cast<const Registers&>(s_->machine()) == Registers{});
+        QVERIFY(!s_->machine().intState.IE && s_->machine().intState.M55);
+        QCOMPARE(difference(), QString());
+    }
+
+    void resetIsSelectedEveryTime() {
+        prepareHalt(false);
+        for (int i = 0; i < 2; ++i) {
+            expectHalt([this] {
+                QVERIFY(option(Halt::reset)->isChecked());
+                QTRY_VERIFY(option(Halt::reset)->hasFocus());
+                clickIn(option(Halt::trap));
+                QVERIFY(option(Halt::trap)->isChecked() && !option(Halt::reset)->isChecked());
+                clickIn(aceptar());
+            });
+            s_->enter("txtPC", "0100");
+            s_->press("Eje_paso");
+            QCOMPARE(s_->machine().PC, 0x24);
+        }
+    }
+
+    void aMessageOverTheDialogKeepsTheSelection() {
+        prepareHalt(true);
+        expectHalt([this] {
+            clickIn(option(Halt::trap));
+            typeVector("xx");
+            clickIn(aceptar());  // refused: the dialog stays
+            QVERIFY(s_->halt()->isVisible());
+            QTRY_VERIFY(vector()->hasFocus());
+            QCOMPARE(vector()->selectedText(), "xx");
+            QVERIFY(option(Halt::trap)->isChecked());
+            typeVector("1");
+            clickIn(aceptar());
+        });
+        s_->dialogs.expectMessage("Valor incorrecto");
+        s_->press("Eje_paso");
+        QCOMPARE(s_->machine().PC, 0x24);
+        QCOMPARE(s_->text("txtVec"), "01");
+    }
+
+    void optionsFollowTheMasks() {
+        prepareHalt(true);
+        s_->press("CHK65");
+        expectHalt([this] {
+            QList<bool> enabled;
+            for (int i = 0; i < Halt::optionCount; ++i) enabled.append(option(i)->isEnabled());
+            QCOMPARE(enabled, QList<bool>({true, true, true, false, true, true}));
+            clickIn(option(Halt::rst65));
+            QVERIFY(option(Halt::reset)->isChecked());
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        s_->enter("txtPC", "0100");
+        expectHalt([this] {
+            for (int i = Halt::rst55; i <= Halt::intr; ++i) QVERIFY(!option(i)->isEnabled());
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+    }
+
+    void theProgramsOwnEnableOpensTheOptions() {
+        s_->load(0, QByteArray::fromHex("3E08"
+                                        "30"
+                                        "FB"
+                                        "76"));  // MVI A,8; SIM; EI; HLT
+        for (int i = 0; i < 3; ++i) s_->press("Eje_paso");
+        expectHalt([this] {
+            for (int i = 0; i < Halt::optionCount; ++i) QVERIFY(option(i)->isEnabled());
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+    }
+
+    void escAndTheCloseBoxAreRefused() {
+        prepareHalt(false);
+        expectHalt([this] {
+            pressKey(s_->halt(), Qt::Key_Escape);
+            QVERIFY(s_->halt()->isVisible());
+            QVERIFY(!s_->halt()->close());
+            QVERIFY(s_->halt()->isVisible());
+            QCOMPARE(s_->machine().PC, 0x101);
+            clickIn(option(Halt::trap));
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QCOMPARE(s_->machine().PC, 0x24);
+    }
+
+    void theDefaultButtonsEnterLeavesTheVector() {
+        prepareHalt(true);
+        expectHalt([this] {
+            clickIn(option(Halt::intr));
+            typeVector("zz");
+            pressKey(s_->halt(), Qt::Key_Return);
+            QVERIFY(s_->halt()->isVisible());
+            QTRY_VERIFY(vector()->hasFocus());
+            QCOMPARE(s_->text("txtVec"), "00");
+            typeVector("cf");  // RST 1
+            pressKey(s_->halt(), Qt::Key_Return);
+        });
+        s_->dialogs.expectMessage("Valor incorrecto");
+        s_->press("Eje_paso");
+        QCOMPARE(s_->text("txtVec"), "CF");
+        QCOMPARE(s_->machine().PC, 8);
+    }
+
+    void theVectorIsCopiedWhenItsBoxIsLeft() {
+        prepareHalt(false);
+        s_->enter("txtVec", "12");
+        expectHalt([this] {
+            QCOMPARE(vector()->text(), "00");
+            typeVector("3e");
+            QCOMPARE(s_->text("txtVec"), "12");
+            clickIn(option(Halt::trap));
+            QCOMPARE(s_->text("txtVec"), "3E");
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QCOMPARE(s_->text("txtVec"), "3E");
+    }
+
+    void aToolsPressLeavesTheVector() {
+        prepareHalt(false);
+        expectHalt([this] {
+            typeVector("zz");
+            pressByAssistiveTool(aceptar());
+            QVERIFY(s_->halt()->isVisible());
+            QTRY_VERIFY(vector()->hasFocus());
+            typeVector("0");
+            pressByAssistiveTool(aceptar());
+        });
+        s_->dialogs.expectMessage("Valor incorrecto");
+        s_->press("Eje_paso");
+        QVERIFY(!s_->halt()->isVisible());
+    }
+
+    void inAStepThereIsNothingToContinue() {
+        prepareHalt(false);
+        expectHalt([this] {
+            QVERIFY(!eje()->isEnabled() && !eje()->isChecked());
+            clickIn(option(Halt::trap));
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QVERIFY(!s_->running());
+        QCOMPARE(s_->machine().PC, 0x24);
+        QCOMPARE(difference(), QString());
+    }
+
+    void aRunGoesOnAfterTheDialog() {
+        prepareHalt(false);
+        s_->load(0x24, QByteArray::fromHex("0C"
+                                           "76"));  // INR C; HLT
+        expectHalt([this] {
+            QVERIFY(s_->running());
+            QVERIFY(eje()->isEnabled() && eje()->isChecked());
+            QCOMPARE(s_->text("txtPC"), "0100");  // the views are those before the HLT
+            clickIn(option(Halt::trap));
+            clickIn(aceptar());
+        });
+        expectHalt([this] {
+            QCOMPARE(int(s_->machine().C), 1);
+            QVERIFY(eje()->isChecked());
+            clickIn(option(Halt::trap));
+            clickIn(eje());
+            clickIn(aceptar());
+        });
+        s_->press("Ejecutar");
+        QVERIFY(!s_->running());
+        QCOMPARE(s_->machine().PC, 0x24);
+        QCOMPARE(s_->machine().SP, 0x7FFC);
+        QCOMPARE(difference(), QString());
+    }
+
+    void untickedStopsTheRun() {
+        prepareHalt(false);
+        expectHalt([this] {
+            clickIn(eje());
+            clickIn(aceptar());
+        });
+        s_->press("Ejecutar");
+        QVERIFY(!s_->running());
+        QVERIFY(s_->enabled("Eje_paso"));
+        QVERIFY(!eje()->isEnabled() && !eje()->isChecked());
+        QCOMPARE(s_->machine().PC, 0);
+        QCOMPARE(difference(), QString());
+        // The next run starts ticked again.
+        s_->load(0, QByteArray::fromHex("C30000"));
+        s_->runWith([this] { QVERIFY(eje()->isEnabled() && eje()->isChecked()); });
+    }
+
+    void intrMayExecuteAnotherHalt() {
+        prepareHalt(true);
+        expectHalt([this] {
+            clickIn(option(Halt::intr));
+            typeVector("76");
+            clickIn(aceptar());  // returns when the second dialog has been left
+            QVERIFY(!s_->halt()->isVisible());
+        });
+        expectHalt([this] {
+            QVERIFY(s_->halt()->isVisible());
+            QVERIFY(option(Halt::reset)->isChecked());
+            clickIn(option(Halt::trap));
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QVERIFY(!s_->halt()->isVisible());
+        QCOMPARE(s_->machine().PC, 0x24);
+        QCOMPARE(int(s_->machine().mem[0x101]), 0);
+        QCOMPARE(ViewsCheck(*s_).difference(), QString());
+        QVERIFY(s_->dialogs.allCame());
+        s_->press("Eje_paso");  // the window lives
+        QCOMPARE(s_->machine().PC, 0x25);
+    }
+
+    void anErrorInTheWayOutStopsTheRun() {
+        // HLT at FFFC: INTR then executes a CALL in place at FFFD, whose return address fits; at FFFF the RST
+        // of the HLT's own successor does not. So the failing one is a CALL that the run meets afterwards.
+        s_->load(0xFFFC, QByteArray::fromHex("76"
+                                             "CD0000"));
+        s_->enter("txtSP", "8000");
+        s_->enter("txtPC", "FFFC");
+        for (const char* mask : {"CHK55", "CHKEI"}) s_->press(mask);
+        expectHalt([this] {
+            clickIn(option(Halt::intr));
+            typeVector("00");
+            clickIn(aceptar());
+        });
+        s_->dialogs.expectMessage("Error 6: desbordamiento");
+        s_->press("Ejecutar");
+        QVERIFY(!s_->running());
+        QCOMPARE(s_->machine().SP, 0x7FFF);
+        QCOMPARE(s_->machine().PC, 0);
+        QCOMPARE(difference(), QString());
+    }
+
+    /// A HLT in the last cell leaves PC past the top: accepting a request there cannot push it.
+    void anErrorInsideTheDialogEndsTheRequestOnly() {
+        s_->load(0xFFFF, QByteArray::fromHex("76"));
+        s_->enter("txtSP", "8000");
+        s_->enter("txtPC", "FFFF");
+        expectHaltAndChoose(Halt::trap);
+        s_->dialogs.expectMessage("Error 6: desbordamiento");
+        s_->press("Ejecutar");
+        QVERIFY(!s_->running());
+        QVERIFY(!s_->halt()->isVisible());
+        QCOMPARE(s_->machine().SP, 0x7FFF);
+        QCOMPARE(s_->machine().PC, 0);
+        QVERIFY(s_->enabled("Eje_paso"));
+        QCOMPARE(difference(), QString());
+        s_->press("Eje_paso");
+        QCOMPARE(s_->machine().PC, 1);
+    }
+};
+
+QTEST_MAIN(HaltTest)
+#include "HaltTest.moc"
