@@ -28,10 +28,9 @@ FileDialogTexts dialogTexts(const QString& title) {
 }
 
 /// What follows the last separator of the platform.
-QString nameWithoutFolder(QString path) {
+QString nameWithoutFolder(const QString& path) {
 #ifdef Q_OS_WIN
-    path.replace('/', '\\');
-    return path.section('\\', -1);
+    return QString(path).replace('/', '\\').section('\\', -1);
 #else
     return path.section('/', -1);
 #endif
