@@ -21,7 +21,7 @@ enum class RecordCode : std::uint8_t {
     endRecord = 5,     ///< The end record, checksum correct.
 };
 
-/// How a load ended: the box that the user sees after a failure. Nothing of it is set after a success.
+/// How a load ended, and the box that the user sees after a failure; a success brings no text.
 struct LoadResult {
     bool loaded = false;
     std::string message;           ///< UTF-8; a CR alone separates its two lines.
