@@ -46,7 +46,7 @@ class OpcodeTable {
         return entries_[static_cast<std::size_t>(code)];
     }
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
-    /// How many rows have a greater key before them; lookups may miss keys unless it is 0.
+    /// How many rows have a greater key right before them; lookups may miss keys unless it is 0.
     [[nodiscard]] int rowsOutOfOrder() const { return rowsOutOfOrder_; }
 
   private:

@@ -10,7 +10,7 @@ namespace tavinor {
 
 namespace {
 
-/// One instruction on its way: the machine, its host and the operands that were fetched with the opcode.
+/// What one instruction does to the machine and, through its host, to what lies outside.
 class Step {
   public:
     Step(MachineState& machine, Host& outside) : m(machine), host(outside) {}
