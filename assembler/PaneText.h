@@ -35,7 +35,6 @@ class PaneText {
     /// Tells the observer what it does not know yet.
     void flush();
 
-    [[nodiscard]] const std::string& text() const { return text_; }
     /// The text, which is told and given away.
     std::string take();
 
