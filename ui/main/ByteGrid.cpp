@@ -36,7 +36,7 @@ QVariant ByteGridModel::data(const QModelIndex& index, int role) const {
     const std::int32_t address = index.row() * columns + index.column();
     switch (role) {
         case Qt::DisplayRole: return cellText(address);
-        case Qt::TextAlignmentRole: return static_cast<int>(Qt::AlignCenter);
+        case Qt::TextAlignmentRole: return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
         case Qt::AccessibleTextRole:
             return hexText(address, digits_) + QStringLiteral(": ") + cellText(address);
         default: return {};
@@ -71,6 +71,7 @@ ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTabKeyNavigation(false);  // Tab goes on to the next control
     setCornerButtonEnabled(false);
+    setTextElideMode(Qt::ElideNone);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(visibleRows > 0 ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
@@ -88,7 +89,7 @@ void ByteGrid::fitColumns() {
     verticalHeader()->setFont(font());
     horizontalHeader()->setSectionsClickable(false);
     verticalHeader()->setSectionsClickable(false);
-    const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 7;
+    const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 9;
     horizontalHeader()->setMinimumSectionSize(cell);
     horizontalHeader()->setDefaultSectionSize(cell);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);

@@ -28,6 +28,8 @@ EntryPanel::EntryPanel(QWidget* parent)
       INSOP2(new HexBox(QStringLiteral("INSOP2"), QStringLiteral("Segundo byte del operando"), 2, this,
                         HexBox::Blank::kept)),
       INS(named(new QLabel(this), QStringLiteral("INS"), QStringLiteral("Texto de la instrucción"))) {
+    // The row has no captions; the pointer tells what its boxes are for.
+    for (HexBox* box : {txtDIR, INSCO, INSOP1, INSOP2}) box->setToolTip(box->accessibleName());
     INS->setFont(fixedFont());
     INS->setTextFormat(Qt::PlainText);
     INS->setMinimumWidth(INS->fontMetrics().horizontalAdvance(QString(longestInstruction, '0')));

@@ -5,8 +5,10 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QThread>
 #include <QVBoxLayout>
 #include <array>
 #include <filesystem>
@@ -79,8 +81,7 @@ void Principal::layOut() {
     stackAndInterrupts->addWidget(interrupts_, 1);
     auto* processor = new QVBoxLayout;
     processor->addWidget(registers_);
-    processor->addLayout(stackAndInterrupts);
-    processor->addStretch(1);
+    processor->addLayout(stackAndInterrupts, 1);
     auto* bytes = new QVBoxLayout;
     bytes->addWidget(memory_, 1);
     bytes->addWidget(ports_);
@@ -94,6 +95,8 @@ void Principal::layOut() {
     layout->addWidget(commands_);
     layout->addLayout(columns, 1);
     setCentralWidget(content);
+    // Room for the whole listing and a good piece of memory, where the screen has it.
+    resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(screen()->availableSize() - QSize(0, 40)));
 }
 
 void Principal::makeMenus() {
@@ -178,12 +181,13 @@ void Principal::Ejecutar_Click() {
 /// The loop of a run. Handlers run nested inside `yield`, so the caption is read anew after it.
 void Principal::run() {
     const QScopedValueRollback<bool> onStack(loopOnStack_, true);
+    const QScopedValueRollback<int> level(runLevel_, QThread::currentThread()->loopLevel());
     qApp->installEventFilter(this);
-    const auto leave = [this](void*) {
+    const auto atEnd = qScopeGuard([this] {
         qApp->removeEventFilter(this);
         bringUpToDate();
-    };
-    const std::unique_ptr<void, decltype(leave)> atEnd(this, leave);
+        heldPaints_.letGo();
+    });
     do {
         executeOne();
         if (breakpoints_[static_cast<std::size_t>(machine_.PC)] != 0 && commands_->running()) {
@@ -205,11 +209,18 @@ void Principal::yield() {
     QCoreApplication::sendPostedEvents();
     const RunPace::Due due = pace_.next();
     if (due == RunPace::Due::nothing) return;
-    if (due == RunPace::Due::frame) bringUpToDate();
     QCoreApplication::processEvents();
+    if (due == RunPace::Due::frame) {
+        bringUpToDate();
+        heldPaints_.letGo();
+    }
 }
 
+/// Sees every event of the program while a run is going. A dialog that was opened during the run has an event
+/// loop of its own, in which the run stands still and windows paint as always.
 bool Principal::eventFilter(QObject* watched, QEvent* event) {
+    const bool runTurns = QThread::currentThread()->loopLevel() == runLevel_;
+    if (runTurns && heldPaints_.hold(watched, event)) return true;
     bringUpToDate();
     return QMainWindow::eventFilter(watched, event);
 }

@@ -7,6 +7,7 @@
 #include "machine/Host.h"
 #include "machine/MachineState.h"
 #include "machine/RuntimeError.h"
+#include "ui/main/HeldPaints.h"
 #include "ui/main/RunPace.h"
 
 class QAction;
@@ -92,7 +93,9 @@ class Principal : public QMainWindow, private Host {
     MachineState machine_;
     Breakpoints breakpoints_{};
     RunPace pace_;
+    HeldPaints heldPaints_;
     bool loopOnStack_ = false;
+    int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;
 
     CommandBar* commands_;

@@ -1,0 +1,126 @@
+// The run of the real window, with every view live: its rate against that of an empty loop of processEvents()
+// in the same process, how often it paints, and how long "&Parar" can have to wait.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QListWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "ui/common/Translations.h"
+#include "ui/main/Principal.h"
+
+using namespace tavinor;
+
+namespace {
+
+constexpr int runMilliseconds = 3000;
+
+/// Counts its own turns: HL inside a turn of 65536, the word at 4000 for the whole ones.
+const char* const countingProgram =
+    ":10000000210000237CB5C203002A004023220040C7\r\n"
+    ":06001000210000C3030003\r\n"
+    ":00000001FF\r\n";
+
+constexpr std::int64_t instructionsPerCount = 4;  // INX H; MOV A,H; ORA L; JNZ
+constexpr std::int64_t instructionsPerTurn = 65536 * instructionsPerCount + 5;
+
+std::int64_t executed(const MachineState& machine) {
+    const std::int64_t turns = machine.mem[0x4001] * 256 + machine.mem[0x4000];
+    return turns * instructionsPerTurn + machine.HL * instructionsPerCount;
+}
+
+/// Watches a run: paints of the listing, and the longest time in which no event was served.
+class Watcher : public QObject {
+  public:
+    explicit Watcher(QWidget* painted) {
+        painted->installEventFilter(this);
+        QObject::connect(&pulse_, &QTimer::timeout, this,
+                         [this] { longestWait_ = std::max(longestWait_, sincePulse_.restart()); });
+    }
+    void start() {
+        sincePulse_.start();
+        pulse_.start(5);
+    }
+    [[nodiscard]] int paints() const { return paints_; }
+    [[nodiscard]] qint64 longestWait() const { return longestWait_; }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++paints_;
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    QTimer pulse_;
+    QElapsedTimer sincePulse_;
+    qint64 longestWait_ = 0;
+    int paints_ = 0;
+};
+
+double idleLoopRate() {
+    QElapsedTimer timer;
+    timer.start();
+    qint64 turns = 0;
+    while (timer.elapsed() < 1000) {
+        for (int i = 0; i < 1000; ++i) QCoreApplication::processEvents();
+        turns += 1000;
+    }
+    return static_cast<double>(turns) * 1000.0 / static_cast<double>(timer.elapsed());
+}
+
+/// Answers the next dialog with its default button.
+void acceptNextDialog() {
+    QTimer::singleShot(200, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
+    });
+}
+
+void loadCountingProgram(Principal& principal) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("cuenta.hex");
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) std::abort();
+    file.write(countingProgram);
+    file.close();
+    acceptNextDialog();
+    principal.loadHexFile(path);
+}
+
+void measureRun(Principal& principal, double idleRate) {
+    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
+    Watcher watcher(principal.findChild<QListWidget*>("prg")->viewport());
+    watcher.start();
+    QTimer::singleShot(runMilliseconds, run, &QAbstractButton::click);
+    const std::int64_t before = executed(principal.machine());
+    QElapsedTimer timer;
+    timer.start();
+    run->click();  // returns when the run has been stopped
+    const double seconds = static_cast<double>(timer.elapsed()) / 1000.0;
+    const double rate = static_cast<double>(executed(principal.machine()) - before) / seconds;
+    std::printf("run of the window     %6.1f million instructions a second, %.1f times the empty loop\n",
+                rate / 1e6, rate / idleRate);
+    std::printf("paints while running  %6.0f a second\n", watcher.paints() / seconds);
+    std::printf("longest wait          %6lld ms for an event to be served\n",
+                static_cast<long long>(watcher.longestWait()));
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    installSpanish(application);
+    Principal principal;
+    principal.show();
+    loadCountingProgram(principal);
+    const double idleRate = idleLoopRate();
+    std::printf("empty loop            %6.2f million turns of processEvents() a second\n", idleRate / 1e6);
+    measureRun(principal, idleRate);
+    return 0;
+}
