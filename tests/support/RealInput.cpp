@@ -1,0 +1,54 @@
+#include "tests/support/RealInput.h"
+
+#include <QCheckBox>
+#include <QRadioButton>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+namespace tavinor {
+
+namespace {
+
+QWindow* handleOf(const QWidget* widget) {
+    QWindow* handle = widget->window()->windowHandle();
+    if (handle == nullptr) qFatal("%s has not been shown", qPrintable(widget->window()->objectName()));
+    return handle;
+}
+
+}  // namespace
+
+bool showActive(QWidget* window) {
+    window->show();
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window);
+}
+
+void clickIn(QWidget* widget, Qt::KeyboardModifiers modifiers) {
+    const bool marked =
+        qobject_cast<QCheckBox*>(widget) != nullptr || qobject_cast<QRadioButton*>(widget) != nullptr;
+    const QPoint middle = widget->rect().center();
+    clickAt(widget, marked ? QPoint(8, middle.y()) : middle, Qt::LeftButton, modifiers);
+}
+
+void clickAt(QWidget* widget, const QPoint& position, Qt::MouseButton button,
+             Qt::KeyboardModifiers modifiers) {
+    QTest::mouseClick(handleOf(widget), button, modifiers, widget->mapTo(widget->window(), position));
+}
+
+void doubleClickAt(QWidget* widget, const QPoint& position) {
+    QTest::mouseDClick(handleOf(widget), Qt::LeftButton, Qt::NoModifier,
+                       widget->mapTo(widget->window(), position));
+}
+
+void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(handleOf(widget), key, modifiers);
+}
+
+void typeText(QWidget* widget, const QString& text) {
+    for (const QChar letter : text) {
+        QTest::sendKeyEvent(QTest::Click, handleOf(widget), Qt::Key_unknown, letter, Qt::NoModifier);
+    }
+}
+
+}  // namespace tavinor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <Qt>
+
+class QWidget;
+
+/// Mouse and keys as a user's reach a window: through the window system's path, so that focus, shortcuts and
+/// access keys do what they do in real life. Sent to a widget directly they would skip all of that.
+namespace tavinor {
+
+/// Shows a window and waits until it is active. False when it does not become so.
+bool showActive(QWidget* window);
+
+/// Clicks in the middle of a widget; a check box or option is clicked on its mark.
+void clickIn(QWidget* widget, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+void clickAt(QWidget* widget, const QPoint& position, Qt::MouseButton button = Qt::LeftButton,
+             Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+void doubleClickAt(QWidget* widget, const QPoint& position);
+
+/// Presses and releases a key in the widget's window: it goes to whatever has the focus there.
+void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+void typeText(QWidget* widget, const QString& text);
+
+}  // namespace tavinor
