@@ -80,18 +80,38 @@ void DialogAnswerer::expectWindow(const QString& objectName, std::function<void(
 }
 
 bool DialogAnswerer::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Show && !event->spontaneous() && watched->isWidgetType()) {
+    const bool shown = event->type() == QEvent::Show && !event->spontaneous();
+    const bool hidden = event->type() == QEvent::Hide && !event->spontaneous();
+    if ((shown || hidden) && watched->isWidgetType()) {
         auto* window = static_cast<QWidget*>(watched);
-        // Once its own event loop turns, the window is complete and can be used as a user would.
         if (window->isWindow() && window->isModal()) {
-            QTimer::singleShot(0, window, [this, window] { serve(window); });
+            // Once its own event loop turns, the window is complete and can be used as a user would.
+            if (shown) QTimer::singleShot(0, window, [this, window] { serve(window); });
+            if (hidden) giveTheFocusBack(window);
         }
     }
     return QObject::eventFilter(watched, event);
 }
 
+/// A dialog may have come while a button of the mouse was down: nobody answers it like that.
+void DialogAnswerer::letGoOfTheMouse(QWidget* window) {
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+        if (QGuiApplication::mouseButtons().testFlag(button)) {
+            QTest::mouseRelease(window->windowHandle(), button, Qt::NoModifier, QPoint(1, 1));
+        }
+    }
+}
+
+/// Without a screen there is no window manager that activates the parent of a closed dialog.
+void DialogAnswerer::giveTheFocusBack(QWidget* dialog) {
+    QWidget* parent = dialog->parentWidget();
+    if (parent == nullptr || QGuiApplication::platformName() != QStringLiteral("offscreen")) return;
+    QTimer::singleShot(0, parent->window(), &QWidget::activateWindow);
+}
+
 void DialogAnswerer::serve(QWidget* window) {
     ++count_;
+    letGoOfTheMouse(window);
     if (expected_.empty()) {
         report_(QStringLiteral("unexpected: ") + describe(window));
         dismiss(window);

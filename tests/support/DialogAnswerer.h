@@ -57,6 +57,8 @@ class DialogAnswerer : public QObject {
     };
 
     void serve(QWidget* window);
+    static void letGoOfTheMouse(QWidget* window);
+    static void giveTheFocusBack(QWidget* dialog);
     void check(bool good, const QString& complaint);
     void answerMessageBox(QMessageBox& box, const QString& text, QMessageBox::StandardButtons buttons,
                           QMessageBox::StandardButton answer, Qt::Alignment alignment);

@@ -1,8 +1,13 @@
 #include "tests/support/RealInput.h"
 
+#include <QtTest/qtestspontaneevent.h>
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QApplication>
 #include <QCheckBox>
 #include <QRadioButton>
 #include <QTest>
+#include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
 
@@ -49,6 +54,29 @@ void typeText(QWidget* widget, const QString& text) {
     for (const QChar letter : text) {
         QTest::sendKeyEvent(QTest::Click, handleOf(widget), Qt::Key_unknown, letter, Qt::NoModifier);
     }
+}
+
+void turnWheel(QWidget* widget, int steps) {
+    const QPointF place = widget->mapTo(widget->window(), widget->rect().center());
+    QWheelEvent event(place, handleOf(widget)->mapToGlobal(place), {},
+                      {0, steps * QWheelEvent::DefaultDeltasPerStep}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);  // else it would look like one of the program's own
+    qApp->notify(handleOf(widget), &event);
+}
+
+bool pressByAssistiveTool(QWidget* widget) {
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+    QAccessibleActionInterface* actions = interface == nullptr ? nullptr : interface->actionInterface();
+    if (actions == nullptr) return false;
+    for (const QString& action :
+         {QAccessibleActionInterface::pressAction(), QAccessibleActionInterface::toggleAction()}) {
+        if (!actions->actionNames().contains(action)) continue;
+        actions->doAction(action);
+        QTest::qWait(150);  // a tool's press shows the button down for a moment before it acts
+        return true;
+    }
+    return false;
 }
 
 }  // namespace tavinor

@@ -23,4 +23,11 @@ void doubleClickAt(QWidget* widget, const QPoint& position);
 void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void typeText(QWidget* widget, const QString& text);
 
+/// Turns the wheel over the middle of a widget; positive steps are away from the user.
+void turnWheel(QWidget* widget, int steps);
+
+/// Presses a button or toggles a check box as an assistive tool does: without moving the focus first. False
+/// when the control offers no such action.
+bool pressByAssistiveTool(QWidget* widget);
+
 }  // namespace tavinor
