@@ -15,18 +15,32 @@ namespace tavinor {
 
 namespace {
 
+/// The window of a widget, made active as the window manager does when the dialog before it has closed: the
+/// platform without a screen has no window manager.
 QWindow* handleOf(const QWidget* widget) {
-    QWindow* handle = widget->window()->windowHandle();
-    if (handle == nullptr) qFatal("%s has not been shown", qPrintable(widget->window()->objectName()));
+    QWidget* window = widget->window();
+    QWindow* handle = window->windowHandle();
+    if (handle == nullptr) qFatal("%s has not been shown", qPrintable(window->objectName()));
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool reachable =
+        QApplication::activePopupWidget() == nullptr && (modal == nullptr || modal == window);
+    if (reachable && QApplication::activeWindow() != window) {
+        window->activateWindow();
+        waitActive(window);
+    }
     return handle;
 }
 
 }  // namespace
 
+bool waitActive(const QWidget* window) {
+    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
+}
+
 bool showActive(QWidget* window) {
     window->show();
     window->activateWindow();
-    return QTest::qWaitForWindowActive(window);
+    return waitActive(window);
 }
 
 void clickIn(QWidget* widget, Qt::KeyboardModifiers modifiers) {

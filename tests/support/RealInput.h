@@ -10,7 +10,9 @@ class QWidget;
 /// access keys do what they do in real life. Sent to a widget directly they would skip all of that.
 namespace tavinor {
 
-/// Shows a window and waits until it is active. False when it does not become so.
+/// Waits until a window is the active one, not only the owner of it. False when it does not become so.
+bool waitActive(const QWidget* window);
+/// Shows a window and waits until it is active.
 bool showActive(QWidget* window);
 
 /// Clicks in the middle of a widget; a check box or option is clicked on its mark.
