@@ -33,6 +33,7 @@
 #include "ui/main/ListingPanel.h"
 #include "ui/main/RegisterPanel.h"
 #include "ui/main/StackPanel.h"
+#include "ui/trace/Listapasos.h"
 
 namespace tavinor {
 
@@ -56,7 +57,9 @@ Principal::Principal(QWidget* parent)
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
       halt_(new Halt(this)),
-      editor_(std::make_unique<Editor>()) {
+      editor_(std::make_unique<Editor>()),
+      trace_(std::make_unique<Listapasos>()),
+      recorder_(trace_->recorder()) {
     setObjectName(QStringLiteral("Principal"));
     layOut();
     makeMenus();
@@ -105,7 +108,7 @@ void Principal::layOut() {
 void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
-    listains->setEnabled(false);
+    connect(listains, &QAction::triggered, this, &Principal::listains_Click);
 }
 
 void Principal::connectCommands() {
@@ -194,8 +197,7 @@ void Principal::run() {
     qApp->installEventFilter(this);
     const auto atEnd = qScopeGuard([this] {
         qApp->removeEventFilter(this);
-        bringUpToDate();
-        heldPaints_.letGo();
+        paintFrame();
     });
     do {
         executeOne();
@@ -208,8 +210,26 @@ void Principal::run() {
 }
 
 void Principal::executeOne() {
+    listainstru();
     EjecutaPASO(machine_, *this);
     noteValues();
+    listareg();
+}
+
+void Principal::listainstru() {
+    const auto& [registers, M] = registers_->values();
+    if (!registers_->edited()) {
+        recorder_.listainstru(machine_, {registers, M});
+        return;
+    }
+    const RegisterTexts texts = registers_->texts();
+    recorder_.listainstru(machine_, {registers, M, &texts});
+}
+
+/// The refresh just before has overwritten what was being typed.
+void Principal::listareg() {
+    const auto& [registers, M] = registers_->values();
+    recorder_.listareg({registers, M});
 }
 
 /// Posted events are served after every instruction, those of the operating system often enough for a click
@@ -225,6 +245,7 @@ void Principal::yield() {
 /// The requests to paint that the views post here are held back like all others, and let go at once.
 void Principal::paintFrame() {
     bringUpToDate();
+    trace_->bringUpToDate();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
     heldPaints_.letGo();
 }
@@ -242,11 +263,13 @@ bool Principal::eventFilter(QObject* watched, QEvent* event) {
 void Principal::Eje_paso_Click() {
     executeOne();
     bringUpToDate();
+    trace_->bringUpToDate();
 }
 
 void Principal::regen() {
     noteValues();
     bringUpToDate();
+    trace_->bringUpToDate();
 }
 
 void Principal::noteValues() {
@@ -312,6 +335,10 @@ void Principal::Ensamblar_Click() {
 
 void Principal::Editar_Click() {
     editor_->openFromPrincipal(this);
+}
+
+void Principal::listains_Click() {
+    if (leaveFocusedBox(this)) trace_->open();
 }
 
 void Principal::about_Click() {
@@ -406,6 +433,7 @@ bool Principal::Form_QueryUnload() {
 void Principal::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (!Form_QueryUnload()) return;
+    trace_->hide();
     hide();
     emit closed();
 }

@@ -21,9 +21,11 @@ class Editor;
 class EntryPanel;
 class Halt;
 class InterruptPanel;
+class Listapasos;
 class ListingPanel;
 class RegisterPanel;
 class StackPanel;
+class TraceRecorder;
 
 /// The simulator's main window. It owns the machine and the breakpoints, wires the panels that show them and
 /// drives execution. The window is running exactly while `Ejecutar` reads "&Parar".
@@ -73,6 +75,7 @@ class Principal : public QMainWindow, private Host {
     void Ensamblar_Click();
     void Editar_Click();
     void about_Click();
+    void listains_Click();
     void Reset_Click();
     void Trap_Click();
     void Rst55_Click();
@@ -85,6 +88,10 @@ class Principal : public QMainWindow, private Host {
 
     void run();
     void executeOne();
+    /// Called just before each instruction: its row in the trace.
+    void listainstru();
+    /// Called just after it and the refresh: the registers of its row.
+    void listareg();
     void yield();
     void paintFrame();
     /// Refreshes every view.
@@ -122,6 +129,8 @@ class Principal : public QMainWindow, private Host {
     BytePanel* ports_;
     Halt* halt_;
     std::unique_ptr<Editor> editor_;  // a window of its own, not one in front of this one
+    std::unique_ptr<Listapasos> trace_;
+    TraceRecorder& recorder_;
     QAction* listains = nullptr;
 };
 

@@ -1,0 +1,106 @@
+#include "ui/trace/Listapasos.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QScreen>
+#include <optional>
+#include <utility>
+
+#include "ui/common/FileDialogs.h"
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/Naming.h"
+#include "ui/trace/SaveProgress.h"
+#include "ui/trace/TraceFile.h"
+#include "ui/trace/TraceView.h"
+
+namespace tavinor {
+
+Listapasos::Listapasos(TraceStore::MemoryProbe memory, QWidget* parent)
+    : QMainWindow(parent), recorder_(std::move(memory)), lista(new TraceView(recorder_.store(), this)) {
+    setObjectName(QStringLiteral("Listapasos"));
+    setWindowTitle(applicationTitle());
+    setCentralWidget(lista);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    makeMenus();
+    resize(sizeHint().boundedTo(screen()->availableSize()));  // all columns, where the screen has the room
+    connect(lista, &TraceView::copyRefused, this, [this] {
+        showMessage(this, QStringLiteral("Demasiadas filas para copiarlas. Puede salvar el listado."));
+    });
+}
+
+Listapasos::~Listapasos() = default;
+
+void Listapasos::makeMenus() {
+    const auto add = [this](const QString& name, const QString& text, void (Listapasos::*act)()) {
+        QAction* action = menuBar()->addAction(text);
+        action->setObjectName(name);
+        connect(action, &QAction::triggered, this, act);
+        return action;
+    };
+    salvar = add(QStringLiteral("salvar"), QStringLiteral("&Salvar"), &Listapasos::salvar_Click);
+    borrar = add(QStringLiteral("borrar"), QStringLiteral("&Borrar"), &Listapasos::borrar_Click);
+    cerrar = add(QStringLiteral("cerrar"), QStringLiteral("&Cerrar"), &Listapasos::cerrar_Click);
+}
+
+void Listapasos::open() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void Listapasos::bringUpToDate() {
+    lista->bringUpToDate();
+}
+
+void Listapasos::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    lista->bringUpToDate();
+    lista->setFocus();
+}
+
+void Listapasos::salvar_Click() {
+    if (recorder_.store().empty()) return;
+    const std::optional<QString> path = askFileToSave(
+        this, {.title = QStringLiteral("Salvar fichero .TXT"),
+               .filter = QStringLiteral("Fichero de texto (*.txt)|*.txt|Todos los ficheros (*.*)|*.*"),
+               .initialName = QStringLiteral("*.txt")});
+    if (!path) return;
+    const QString question = QStringLiteral("El fichero %1 ya existe\n¿Desea sobreescribirlo?").arg(*path);
+    if (QFileInfo::exists(*path) && !askYesNo(this, question)) return;
+    save(*path);
+}
+
+void Listapasos::save(const QString& path) {
+    TraceFile file(recorder_.store(), path);
+    if (saveWithProgress(file, this, patience_) == SaveResult::failed) {
+        showMessage(this, QStringLiteral("Error guardando fichero"));
+    }
+}
+
+void Listapasos::borrar_Click() {
+    recorder_.clear();
+    lista->bringUpToDate();
+}
+
+void Listapasos::cerrar_Click() {
+    close();
+}
+
+bool Listapasos::Form_QueryUnload() {
+    return recorder_.store().empty() ||
+           askYesNo(this, QStringLiteral("Todo el listado se perderá.\n¿Desea cerrar de todas formas?"));
+}
+
+void Listapasos::closeEvent(QCloseEvent* event) {
+    if (!Form_QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    recorder_.clear();
+    event->accept();
+}
+
+}  // namespace tavinor

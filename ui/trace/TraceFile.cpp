@@ -1,0 +1,55 @@
+#include "ui/trace/TraceFile.h"
+
+#include <string_view>
+
+#include "ui/trace/TraceStore.h"
+#include "ui/trace/TraceText.h"
+
+namespace tavinor {
+
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+/// A whole block: reading one always begins at its first row.
+constexpr std::uint64_t portion = TraceBlock::capacity;
+
+}  // namespace
+
+TraceFile::TraceFile(const TraceStore& store, const QString& path)
+    : store_(store), rows_(store.size()), file_(path) {}
+
+bool TraceFile::open() {
+    // The text is buffered here, and errors show at once.
+    if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) return false;
+    appendHeaderLine(text_);
+    text_ += lineEnd;
+    return write();
+}
+
+bool TraceFile::writeMore() {
+    const std::uint64_t count = std::min(portion, rows_ - next_);
+    store_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
+        appendLine(text_, row, texts);
+        text_ += lineEnd;
+    });
+    next_ += count;
+    return write();
+}
+
+bool TraceFile::write() {
+    const auto size = static_cast<qint64>(text_.size());
+    const bool written = file_.write(text_.data(), size) == size;
+    text_.clear();
+    return written;
+}
+
+bool TraceFile::close() {
+    file_.close();
+    return file_.error() == QFileDevice::NoError;
+}
+
+double TraceFile::fractionWritten() const {
+    return rows_ == 0 ? 1.0 : static_cast<double>(next_) / static_cast<double>(rows_);
+}
+
+}  // namespace tavinor

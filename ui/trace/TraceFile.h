@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+#include <cstdint>
+#include <string>
+
+namespace tavinor {
+
+class TraceStore;
+
+/// Saves the rows that a trace has at the beginning, one portion after the other, so that a dialog can show
+/// how far it is. Whatever ends it, what has been written stays.
+class TraceFile {
+  public:
+    TraceFile(const TraceStore& store, const QString& path);
+
+    /// Creates or empties the file and writes the header line. False on an error.
+    bool open();
+    /// Writes the next portion. False on an error.
+    bool writeMore();
+    /// Closes the file. False when what was written did not all arrive.
+    bool close();
+
+    [[nodiscard]] bool finished() const { return next_ >= rows_; }
+    [[nodiscard]] double fractionWritten() const;
+
+  private:
+    bool write();
+
+    const TraceStore& store_;
+    const std::uint64_t rows_;
+    std::uint64_t next_ = 0;
+    QFile file_;
+    std::string text_;
+};
+
+}  // namespace tavinor

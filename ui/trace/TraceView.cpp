@@ -1,0 +1,345 @@
+#include "ui/trace/TraceView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "ui/common/Fonts.h"
+#include "ui/common/Naming.h"
+#include "ui/trace/AccessibleTrace.h"
+#include "ui/trace/RowScale.h"
+#include "ui/trace/TraceStore.h"
+
+namespace tavinor {
+
+namespace {
+
+constexpr int lastColumn = static_cast<int>(traceColumns) - 1;
+
+/// `from` moved by `rows`, no further than the first and the last row.
+std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last) {
+    const auto distance = static_cast<std::uint64_t>(std::abs(rows));
+    if (rows < 0) return from > distance ? from - distance : 0;
+    return last - std::min(from, last) > distance ? from + distance : last;
+}
+
+}  // namespace
+
+TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
+    named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
+    setFont(fixedFont());
+    setFocusPolicy(Qt::StrongFocus);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    viewport()->setBackgroundRole(QPalette::Base);
+    measure();
+    makeActions();
+    connect(verticalScrollBar(), &QScrollBar::actionTriggered, this, &TraceView::barActed);
+    updateBars();
+    makeAccessible(*this);
+}
+
+void TraceView::measure() {
+    const QFontMetrics metrics(font());
+    rowHeight_ = metrics.height() + 4;
+    headerHeight_ = metrics.height() + 8;
+    int left = 0;
+    for (std::size_t column = 0; column < traceColumns; ++column) {
+        columnLefts_[column] = left;
+        const auto letters = static_cast<int>(traceHeader[column].size());
+        left += metrics.horizontalAdvance(QString(letters, '0')) + 2 * cellMargin;
+    }
+    columnLefts_[traceColumns] = left;
+}
+
+void TraceView::makeActions() {
+    const auto add = [this](const QString& text, QKeySequence::StandardKey key, void (TraceView::*act)()) {
+        auto* action = new QAction(text, this);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, act);
+        addAction(action);
+    };
+    add(QStringLiteral("Copiar"), QKeySequence::Copy, &TraceView::copy);
+    add(QStringLiteral("Seleccionar todo"), QKeySequence::SelectAll, &TraceView::selectAll);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QSize TraceView::sizeFor(int rows) const {
+    const QSize frame(2 * frameWidth(), 2 * frameWidth());
+    return frame + QSize(gridWidth() + verticalScrollBar()->sizeHint().width(),
+                         headerHeight_ + rows * rowHeight_ + 2);
+}
+
+QSize TraceView::sizeHint() const {
+    return sizeFor(newestRows);
+}
+
+/// Fewer columns can be scrolled; the newest rows must all fit.
+QSize TraceView::minimumSizeHint() const {
+    return {columnLefts_[firstRegisterColumn], sizeFor(newestRows).height()};
+}
+
+std::uint64_t TraceView::rowCount() const {
+    return store_.size();
+}
+
+int TraceView::visibleRows() const {
+    return std::max(1, (viewport()->height() - headerHeight_) / rowHeight_);
+}
+
+/// The first row when the last one is at the bottom.
+std::uint64_t TraceView::lastFirstRow() const {
+    const auto visible = static_cast<std::uint64_t>(visibleRows());
+    return rowCount() > visible ? rowCount() - visible : 0;
+}
+
+void TraceView::bringUpToDate() {
+    if (!isVisible() || seenRevision_ == store_.revision()) return;
+    seenRevision_ = store_.revision();
+    if (current_ && current_->row >= rowCount()) {
+        current_.reset();
+        anchor_ = 0;
+    }
+    firstRow_ = lastFirstRow();
+    updateBars();
+    viewport()->update();
+    emit rowsShown();
+}
+
+void TraceView::updateBars() {
+    firstRow_ = std::min(firstRow_, lastFirstRow());
+    const QSignalBlocker quiet(verticalScrollBar());
+    verticalScrollBar()->setRange(0, rowscale::barMaximum(lastFirstRow()));
+    verticalScrollBar()->setPageStep(visibleRows());
+    verticalScrollBar()->setValue(rowscale::barValue(firstRow_, lastFirstRow()));
+    horizontalScrollBar()->setRange(0, std::max(0, gridWidth() - viewport()->width()));
+    horizontalScrollBar()->setPageStep(viewport()->width());
+    horizontalScrollBar()->setSingleStep(rowHeight_);
+}
+
+void TraceView::scrollTo(std::uint64_t first) {
+    first = std::min(first, lastFirstRow());
+    if (first == firstRow_) return;
+    firstRow_ = first;
+    updateBars();
+    showFirstRow();
+}
+
+void TraceView::showFirstRow() {
+    viewport()->update();
+    emit rowsShown();
+}
+
+/// One step of the bar is one row and one page is what is visible, also where the bar is only a scale.
+void TraceView::barActed(int action) {
+    const int page = visibleRows();
+    std::int64_t rows = 0;
+    switch (action) {
+        case QAbstractSlider::SliderSingleStepAdd: rows = 1; break;
+        case QAbstractSlider::SliderSingleStepSub: rows = -1; break;
+        case QAbstractSlider::SliderPageStepAdd: rows = page; break;
+        case QAbstractSlider::SliderPageStepSub: rows = -page; break;
+        default: scrollTo(rowscale::firstRow(verticalScrollBar()->sliderPosition(), lastFirstRow())); return;
+    }
+    scrollTo(movedRow(firstRow_, rows, lastFirstRow()));
+    verticalScrollBar()->setSliderPosition(verticalScrollBar()->value());
+}
+
+/// Whoever else sets the bar's value (an assistive tool, for example) scrolls too.
+void TraceView::scrollContentsBy(int dx, int dy) {
+    const int value = verticalScrollBar()->value();
+    if (dy != 0 && value != rowscale::barValue(firstRow_, lastFirstRow())) {
+        scrollTo(rowscale::firstRow(value, lastFirstRow()));
+    }
+    if (dx != 0) viewport()->update();
+}
+
+void TraceView::fetch(std::uint64_t first, std::uint64_t count) const {
+    cached_.clear();
+    cachedFirst_ = first;
+    cachedRevision_ = store_.revision();
+    store_.read(first, count, [this](const TraceRow& row, const RowTexts* texts) {
+        cached_.push_back(rowCells(row, texts));
+    });
+}
+
+const RowCells& TraceView::cells(std::uint64_t row) const {
+    constexpr std::uint64_t around = 64;
+    const bool known =
+        cachedRevision_ == store_.revision() && row >= cachedFirst_ && row - cachedFirst_ < cached_.size();
+    if (!known) fetch(row - row % around, around);
+    static const RowCells none;
+    return row - cachedFirst_ < cached_.size() ? cached_[row - cachedFirst_] : none;
+}
+
+QRect TraceView::cellRect(const Cell& cell) const {
+    const auto column = static_cast<std::size_t>(cell.column);
+    const auto below = static_cast<std::int64_t>(cell.row - firstRow_);
+    const int limit = 2 * visibleRows() + 2;
+    const auto line = static_cast<int>(std::clamp<std::int64_t>(below, -limit, limit));
+    return {columnLefts_[column] - horizontalScrollBar()->value(), headerHeight_ + line * rowHeight_,
+            columnLefts_[column + 1] - columnLefts_[column], rowHeight_};
+}
+
+std::optional<TraceView::Cell> TraceView::cellAt(const QPoint& position) const {
+    if (position.y() < headerHeight_) return std::nullopt;
+    const std::uint64_t row =
+        firstRow_ + static_cast<std::uint64_t>((position.y() - headerHeight_) / rowHeight_);
+    const int x = position.x() + horizontalScrollBar()->value();
+    if (row >= rowCount() || x < 0 || x >= gridWidth()) return std::nullopt;
+    const auto after = std::upper_bound(columnLefts_.begin(), columnLefts_.end(), x);
+    return Cell{row, static_cast<int>(after - columnLefts_.begin()) - 1};
+}
+
+bool TraceView::isSelected(std::uint64_t row) const {
+    if (!current_) return false;
+    return row >= std::min(anchor_, current_->row) && row <= std::max(anchor_, current_->row);
+}
+
+std::uint64_t TraceView::selectedRows() const {
+    if (!current_) return 0;
+    return std::max(anchor_, current_->row) - std::min(anchor_, current_->row) + 1;
+}
+
+void TraceView::setCurrent(const Cell& cell, bool extend) {
+    if (cell.row >= rowCount()) return;
+    if (!extend || !current_) anchor_ = cell.row;
+    current_ = cell;
+    keepInView(cell);
+    viewport()->update();
+    emit currentChanged();
+}
+
+void TraceView::keepInView(const Cell& cell) {
+    const auto visible = static_cast<std::uint64_t>(visibleRows());
+    if (cell.row < firstRow_) scrollTo(cell.row);
+    if (cell.row >= firstRow_ + visible) scrollTo(cell.row - visible + 1);
+    const auto column = static_cast<std::size_t>(cell.column);
+    QScrollBar* bar = horizontalScrollBar();
+    bar->setValue(
+        std::clamp(bar->value(), columnLefts_[column + 1] - viewport()->width(), columnLefts_[column]));
+}
+
+/// Where a key leads from a cell, or nothing for a key that leads nowhere. `ends` is the Ctrl key.
+std::optional<TraceView::Cell> TraceView::moved(const Cell& from, int key, bool ends) const {
+    const std::uint64_t last = rowCount() - 1;
+    const auto byRows = [&](std::int64_t rows) { return Cell{movedRow(from.row, rows, last), from.column}; };
+    switch (key) {
+        case Qt::Key_Up: return byRows(-1);
+        case Qt::Key_Down: return byRows(1);
+        case Qt::Key_PageUp: return byRows(-visibleRows());
+        case Qt::Key_PageDown: return byRows(visibleRows());
+        case Qt::Key_Left: return Cell{from.row, std::max(from.column - 1, 0)};
+        case Qt::Key_Right: return Cell{from.row, std::min(from.column + 1, lastColumn)};
+        case Qt::Key_Home: return Cell{ends ? 0 : from.row, 0};
+        case Qt::Key_End: return Cell{ends ? last : from.row, lastColumn};
+        default: return std::nullopt;
+    }
+}
+
+void TraceView::keyPressEvent(QKeyEvent* event) {
+    bringUpToDate();
+    const Cell from = current_.value_or(Cell{firstRow_, 0});
+    const bool ends = event->modifiers().testFlag(Qt::ControlModifier);
+    const std::optional<Cell> target =
+        rowCount() > 0 ? moved(from, event->key(), ends) : std::optional<Cell>();
+    if (!target) {
+        QAbstractScrollArea::keyPressEvent(event);
+        return;
+    }
+    // The first key only shows where the keyboard is, unless it leads to an end.
+    setCurrent(current_ || ends ? *target : from, event->modifiers().testFlag(Qt::ShiftModifier));
+}
+
+void TraceView::mousePressEvent(QMouseEvent* event) {
+    bringUpToDate();
+    const std::optional<Cell> cell = cellAt(event->position().toPoint());
+    if (!cell) return;
+    // The context menu is about the selection, as long as it is opened on it.
+    if (event->button() == Qt::RightButton && isSelected(cell->row)) return;
+    setCurrent(*cell, event->modifiers().testFlag(Qt::ShiftModifier));
+}
+
+/// Dragging selects the rows on the way, also the ones beyond the edges.
+void TraceView::mouseMoveEvent(QMouseEvent* event) {
+    if (!event->buttons().testFlag(Qt::LeftButton) || !current_ || rowCount() == 0) return;
+    const int y = event->position().toPoint().y() - headerHeight_;
+    const int line = y < 0 ? -1 : std::min(y / rowHeight_, visibleRows());
+    setCurrent({movedRow(firstRow_, line, rowCount() - 1), current_->column}, true);
+}
+
+void TraceView::wheelEvent(QWheelEvent* event) {
+    constexpr int notch = 120;
+    const QPoint turned = event->angleDelta();
+    if (std::abs(turned.x()) > std::abs(turned.y())) {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    bringUpToDate();
+    wheelRemainder_ += turned.y() * QApplication::wheelScrollLines();
+    const int rows = wheelRemainder_ / notch;
+    wheelRemainder_ -= rows * notch;
+    scrollTo(movedRow(firstRow_, -rows, lastFirstRow()));
+    event->accept();
+}
+
+void TraceView::focusInEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
+void TraceView::focusOutEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusOutEvent(event);
+    viewport()->update();
+}
+
+void TraceView::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    updateBars();
+    emit rowsShown();
+}
+
+void TraceView::changeEvent(QEvent* event) {
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        measure();
+        updateBars();
+        updateGeometry();
+    }
+}
+
+void TraceView::selectAll() {
+    bringUpToDate();
+    if (rowCount() == 0) return;
+    const int column = current_ ? current_->column : 0;
+    anchor_ = 0;
+    current_ = Cell{rowCount() - 1, column};
+    viewport()->update();
+    emit currentChanged();
+}
+
+void TraceView::copy() {
+    if (!current_) return;
+    if (selectedRows() > mostRowsToCopy) {
+        emit copyRefused();
+        return;
+    }
+    std::string text;
+    store_.read(std::min(anchor_, current_->row), selectedRows(),
+                [&text](const TraceRow& row, const RowTexts* texts) {
+                    appendLine(text, row, texts);
+                    text += '\n';
+                });
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+}  // namespace tavinor

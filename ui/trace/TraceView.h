@@ -1,0 +1,116 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QString>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "ui/trace/TraceText.h"
+
+class QAction;
+
+namespace tavinor {
+
+class TraceStore;
+
+/// The grid of the trace. It holds no rows: it knows which row is the first one visible and asks for the
+/// texts of the rows that somebody looks at. Whole rows are selected; the current cell is where the keyboard
+/// is.
+class TraceView : public QAbstractScrollArea {
+    Q_OBJECT
+
+  public:
+    /// What fits at least, and the rows that stay in view when new ones come.
+    static constexpr int newestRows = 10;
+    /// More are not copied: they would take the memory of the whole computer.
+    static constexpr std::uint64_t mostRowsToCopy = 1'000'000;
+
+    struct Cell {
+        std::uint64_t row = 0;
+        int column = 0;
+        friend bool operator==(const Cell&, const Cell&) = default;
+    };
+
+    TraceView(const TraceStore& store, QWidget* parent);
+
+    /// Follows rows that were recorded or cleared since the last time: the newest ones come into view.
+    void bringUpToDate();
+
+    [[nodiscard]] std::uint64_t rowCount() const;
+    [[nodiscard]] std::uint64_t firstRow() const { return firstRow_; }
+    /// The rows that are wholly visible, even where there are fewer to show.
+    [[nodiscard]] int visibleRows() const;
+    /// The texts of a row.
+    [[nodiscard]] const RowCells& cells(std::uint64_t row) const;
+    /// Where a cell is in the viewport, or would be.
+    [[nodiscard]] QRect cellRect(const Cell& cell) const;
+    [[nodiscard]] std::optional<Cell> cellAt(const QPoint& position) const;
+
+    [[nodiscard]] const std::optional<Cell>& current() const { return current_; }
+    /// Moves to a cell and shows it; the selection becomes its row, or reaches up to it.
+    void setCurrent(const Cell& cell, bool extend);
+    [[nodiscard]] bool isSelected(std::uint64_t row) const;
+    [[nodiscard]] std::uint64_t selectedRows() const;
+    void scrollTo(std::uint64_t first);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  signals:
+    /// The selection is too large to be copied.
+    void copyRefused();
+    /// Other rows are shown, or the same ones elsewhere.
+    void rowsShown();
+    void currentChanged();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+  private:
+    static constexpr int cellMargin = 5;
+
+    void measure();
+    void makeActions();
+    [[nodiscard]] QSize sizeFor(int rows) const;
+    [[nodiscard]] std::uint64_t lastFirstRow() const;
+    void updateBars();
+    void showFirstRow();
+    void barActed(int action);
+    void keepInView(const Cell& cell);
+    [[nodiscard]] std::optional<Cell> moved(const Cell& from, int key, bool ends) const;
+    void copy();
+    void selectAll();
+    void fetch(std::uint64_t first, std::uint64_t count) const;
+    void paintHeader(QPainter& painter);
+    void paintRow(QPainter& painter, std::uint64_t row);
+    [[nodiscard]] int gridWidth() const { return columnLefts_.back(); }
+
+    const TraceStore& store_;
+    std::uint64_t seenRevision_ = 0;
+    std::uint64_t firstRow_ = 0;
+    std::optional<Cell> current_;
+    std::uint64_t anchor_ = 0;  // where the selection began
+    int wheelRemainder_ = 0;
+
+    int rowHeight_ = 1;
+    int headerHeight_ = 1;
+    std::array<int, traceColumns + 1> columnLefts_{};
+
+    // The texts of the rows that were asked for last.
+    mutable std::vector<RowCells> cached_;
+    mutable std::uint64_t cachedFirst_ = 0;
+    mutable std::uint64_t cachedRevision_ = 0;
+};
+
+}  // namespace tavinor
