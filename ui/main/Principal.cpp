@@ -30,6 +30,7 @@
 #include "ui/main/ListingPanel.h"
 #include "ui/main/RegisterPanel.h"
 #include "ui/main/StackPanel.h"
+#include "ui/trace/Listapasos.h"
 
 namespace tavinor {
 
@@ -53,7 +54,9 @@ Principal::Principal(QWidget* parent)
       stack_(new StackPanel(machine_, this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
-      halt_(new Halt(this)) {
+      halt_(new Halt(this)),
+      trace_(std::make_unique<Listapasos>()),
+      recorder_(trace_->recorder()) {
     setObjectName(QStringLiteral("Principal"));
     layOut();
     makeMenus();
@@ -102,7 +105,7 @@ void Principal::layOut() {
 void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
-    listains->setEnabled(false);
+    connect(listains, &QAction::triggered, trace_.get(), &Listapasos::open);
     for (CommandButton* later : {commands_->Ensamblar, commands_->Editar, commands_->about}) {
         later->setEnabled(false);
     }
@@ -186,6 +189,7 @@ void Principal::run() {
     const auto atEnd = qScopeGuard([this] {
         qApp->removeEventFilter(this);
         bringUpToDate();
+        trace_->bringUpToDate();
         heldPaints_.letGo();
     });
     do {
@@ -199,8 +203,26 @@ void Principal::run() {
 }
 
 void Principal::executeOne() {
+    listainstru();
     EjecutaPASO(machine_, *this);
     noteValues();
+    listareg();
+}
+
+void Principal::listainstru() {
+    const auto& [registers, M] = registers_->values();
+    if (!registers_->edited()) {
+        recorder_.listainstru(machine_, {registers, M});
+        return;
+    }
+    const RegisterTexts texts = registers_->texts();
+    recorder_.listainstru(machine_, {registers, M, &texts});
+}
+
+/// The refresh just before has overwritten what was being typed.
+void Principal::listareg() {
+    const auto& [registers, M] = registers_->values();
+    recorder_.listareg({registers, M});
 }
 
 /// Posted events are served after every instruction, those of the operating system often enough for a click
@@ -212,6 +234,7 @@ void Principal::yield() {
     QCoreApplication::processEvents();
     if (due == RunPace::Due::frame) {
         bringUpToDate();
+        trace_->bringUpToDate();
         heldPaints_.letGo();
     }
 }
@@ -228,11 +251,13 @@ bool Principal::eventFilter(QObject* watched, QEvent* event) {
 void Principal::Eje_paso_Click() {
     executeOne();
     bringUpToDate();
+    trace_->bringUpToDate();
 }
 
 void Principal::regen() {
     noteValues();
     bringUpToDate();
+    trace_->bringUpToDate();
 }
 
 void Principal::noteValues() {
@@ -354,6 +379,7 @@ bool Principal::Form_QueryUnload() {
 void Principal::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (!Form_QueryUnload()) return;
+    trace_->hide();
     hide();
     QCoreApplication::quit();
 }

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QString>
 #include <functional>
+#include <memory>
 
 #include "machine/Host.h"
 #include "machine/MachineState.h"
@@ -19,9 +20,11 @@ class CommandBar;
 class EntryPanel;
 class Halt;
 class InterruptPanel;
+class Listapasos;
 class ListingPanel;
 class RegisterPanel;
 class StackPanel;
+class TraceRecorder;
 
 /// The simulator's main window. It owns the machine and the breakpoints, wires the panels that show them and
 /// drives execution. The window is running exactly while `Ejecutar` reads "&Parar".
@@ -74,6 +77,10 @@ class Principal : public QMainWindow, private Host {
 
     void run();
     void executeOne();
+    /// Called just before each instruction: its row in the trace.
+    void listainstru();
+    /// Called just after it and the refresh: the registers of its row.
+    void listareg();
     void yield();
     /// Refreshes every view.
     void regen();
@@ -107,6 +114,8 @@ class Principal : public QMainWindow, private Host {
     BytePanel* memory_;
     BytePanel* ports_;
     Halt* halt_;
+    std::unique_ptr<Listapasos> trace_;
+    TraceRecorder& recorder_;
     QAction* listains = nullptr;
 };
 

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <tuple>
 
 #include "machine/Flags.h"
 
@@ -53,6 +54,14 @@ RegisterPanel::RegisterPanel(MachineState& machine, QWidget* parent)
     txtM = makeBox(QStringLiteral("txtM"), QStringLiteral("Memoria apuntada por HL"), 2);
     layOut();
     connectBoxes();
+}
+
+RegisterTexts RegisterPanel::texts() const {
+    const std::array<const HexBox*, std::tuple_size_v<RegisterTexts>> boxes{
+        txtA, txtB, txtC, txtD, txtE, txtF, txtH, txtL, txtM, txtPC, txtSP};
+    RegisterTexts texts;
+    for (std::size_t i = 0; i < boxes.size(); ++i) texts[i] = boxes[i]->text().toStdString();
+    return texts;
 }
 
 HexBox* RegisterPanel::makeBox(const QString& name, const QString& accessibleName, int digits) {

@@ -8,6 +8,7 @@
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
+#include "ui/trace/TraceRow.h"
 
 class QGridLayout;
 
@@ -40,6 +41,8 @@ class RegisterPanel : public QGroupBox {
     [[nodiscard]] const RegisterValues& values() const { return values_; }
     /// Whether a box holds text that was typed and not left yet.
     [[nodiscard]] bool edited() const { return editedBoxes_ > 0; }
+    /// The texts of the boxes as they stand, edited or not.
+    [[nodiscard]] RegisterTexts texts() const;
 
   signals:
     /// `txtM` was left: `data` (0..255) is meant for memory cell `address`.
