@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "benchmarks/IdleLoop.h"
 #include "machine/HexText.h"
 #include "ui/common/Translations.h"
 #include "ui/main/Principal.h"
@@ -65,17 +66,6 @@ class Watcher : public QObject {
     qint64 longestWait_ = 0;
     int paints_ = 0;
 };
-
-double idleLoopRate() {
-    QElapsedTimer timer;
-    timer.start();
-    qint64 turns = 0;
-    while (timer.elapsed() < 1000) {
-        for (int i = 0; i < 1000; ++i) QCoreApplication::processEvents();
-        turns += 1000;
-    }
-    return static_cast<double>(turns) * 1000.0 / static_cast<double>(timer.elapsed());
-}
 
 /// A HEX file of 64 KiB, as 4096 records of 16 bytes.
 QByteArray fullImage() {
@@ -140,7 +130,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::processEvents();
     std::printf("loading 64 KiB        %6.1f ms with its refresh\n", load(principal, fullImage()));
     load(principal, countingProgram);
-    const double idleRate = idleLoopRate();
+    const double idleRate = benchmarks::idleLoopRate();
     std::printf("empty loop            %6.2f million turns of processEvents() a second\n", idleRate / 1e6);
     measureRun(principal, idleRate);
     return 0;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace tavinor {
 
@@ -15,6 +16,20 @@ constexpr int AC = 16;
 constexpr int P = 4;
 constexpr int CY = 1;
 }  // namespace flag
+
+/// The five flags of `f` as "1" and "0", in the order S, Z, AC, P, CY; the unused bits never appear.
+constexpr std::array<char, 5> flagDigits(int f) {
+    constexpr std::array<int, 5> bits{flag::S, flag::Z, flag::AC, flag::P, flag::CY};
+    std::array<char, 5> digits{};
+    for (std::size_t i = 0; i < bits.size(); ++i) digits[i] = (f & bits[i]) != 0 ? '1' : '0';
+    return digits;
+}
+
+/// The same as text: the flag column of the trace.
+inline std::string txtflags(int f) {
+    const std::array<char, 5> digits = flagDigits(f);
+    return {digits.begin(), digits.end()};
+}
 
 /// 1 when the number of one bits of `n` (0..255) is even, else 0.
 constexpr int Paridad(int n) {

@@ -6,8 +6,6 @@
 #include <QVBoxLayout>
 #include <tuple>
 
-#include "machine/Flags.h"
-
 namespace tavinor {
 
 namespace {
@@ -29,12 +27,6 @@ constexpr std::array<FlagName, 8> flagNames{{
 }};
 
 }  // namespace
-
-std::string txtflags(int f) {
-    std::string text;
-    for (const int bit : {flag::S, flag::Z, flag::AC, flag::P, flag::CY}) text += (f & bit) != 0 ? '1' : '0';
-    return text;
-}
 
 RegisterPanel::RegisterPanel(MachineState& machine, QWidget* parent)
     : QGroupBox(QStringLiteral("Registros"), parent), machine_(machine) {

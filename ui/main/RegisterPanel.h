@@ -3,7 +3,6 @@
 #include <QGroupBox>
 #include <array>
 #include <cstdint>
-#include <string>
 
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
@@ -19,9 +18,6 @@ struct RegisterValues {
     Registers registers;
     std::uint8_t M = 0;
 };
-
-/// The five flags of `f` as "1" and "0", in the order S, Z, AC, P, CY.
-std::string txtflags(int f);
 
 /// The group "Registros": fourteen boxes and eight flag boxes. An edit reaches the machine when its box is
 /// left; the boxes that show the same bits follow at once.

@@ -177,7 +177,7 @@ class AccessibleTrace final : public QAccessibleWidget, public QAccessibleTableI
 };
 
 AccessibleTrace* accessibleOf(const TraceView& view) {
-    return static_cast<AccessibleTrace*>(
+    return dynamic_cast<AccessibleTrace*>(
         QAccessible::queryAccessibleInterface(const_cast<TraceView*>(&view)));
 }
 
@@ -192,7 +192,8 @@ QAccessible::State DataCell::state() const {
 }
 
 int DataCell::rowIndex() const {
-    return accessibleOf(view_)->indexOf(cell_) / columns - 1;
+    const AccessibleTrace* table = accessibleOf(view_);
+    return table != nullptr ? table->indexOf(cell_) / columns - 1 : -1;
 }
 
 QAccessibleInterface* AccessibleTrace::child(int index) const {
@@ -231,16 +232,18 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
 }
 
 void tellRows(TraceView& view) {
-    if (!QAccessible::isActive()) return;
-    accessibleOf(view)->forgetCells();
+    AccessibleTrace* table = accessibleOf(view);
+    if (table == nullptr) return;
+    table->forgetCells();
     QAccessibleTableModelChangeEvent event(&view, QAccessibleTableModelChangeEvent::ModelReset);
     QAccessible::updateAccessibility(&event);
 }
 
 void tellCurrent(TraceView& view) {
-    if (!QAccessible::isActive() || !view.current() || !view.hasFocus()) return;
+    const AccessibleTrace* table = accessibleOf(view);
+    if (table == nullptr || !view.current() || !view.hasFocus()) return;
     QAccessibleEvent event(&view, QAccessible::Focus);
-    event.setChild(accessibleOf(view)->indexOf(*view.current()));
+    event.setChild(table->indexOf(*view.current()));
     QAccessible::updateAccessibility(&event);
 }
 

@@ -58,7 +58,7 @@ SaveResult saveWithProgress(TraceFile& file, QWidget* parent, std::chrono::milli
     if (!file.open()) return SaveResult::failed;
     SaveResult result = SaveResult::saved;
     while (result == SaveResult::saved && !file.finished()) {
-        if (waited.hasExpired(patience.count())) {
+        if (waited.elapsed() >= patience.count()) {
             result = saveInDialog(file, parent);
             break;
         }

@@ -29,13 +29,8 @@ constexpr HexPairs makeHexPairs() {
 }
 
 constexpr FlagTexts makeFlagTexts() {
-    constexpr std::array<int, 5> bits{flag::S, flag::Z, flag::AC, flag::P, flag::CY};
     FlagTexts texts{};
-    for (std::size_t f = 0; f < texts.size(); ++f) {
-        for (std::size_t i = 0; i < bits.size(); ++i) {
-            texts[f][i] = (static_cast<int>(f) & bits[i]) != 0 ? '1' : '0';
-        }
-    }
+    for (std::size_t f = 0; f < texts.size(); ++f) texts[f] = flagDigits(static_cast<int>(f));
     return texts;
 }
 

@@ -35,6 +35,7 @@ std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last
 }  // namespace
 
 TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
+    makeAccessible(*this);  // first: naming it lets the toolkit look for its interface already
     named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
     setFont(fixedFont());
     setFocusPolicy(Qt::StrongFocus);
@@ -44,7 +45,6 @@ TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScroll
     makeActions();
     connect(verticalScrollBar(), &QScrollBar::actionTriggered, this, &TraceView::barActed);
     updateBars();
-    makeAccessible(*this);
 }
 
 void TraceView::measure() {

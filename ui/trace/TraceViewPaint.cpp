@@ -59,8 +59,10 @@ void TraceView::paintRow(QPainter& painter, std::uint64_t row) {
                                                 : QPalette::Base;
     painter.fillRect(line, palette().color(group, back));
     const QColor ink = palette().color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-    const QColor grid = QColor::fromRgba(
-        static_cast<QRgb>(style()->styleHint(QStyle::SH_Table_GridLineColor, nullptr, this)));
+    QStyleOption lines;
+    lines.initFrom(this);
+    const QColor grid =
+        QColor::fromRgb(static_cast<QRgb>(style()->styleHint(QStyle::SH_Table_GridLineColor, &lines, this)));
     const QFontMetrics metrics(font());
     for (std::size_t column = 0; column < traceColumns; ++column) {
         const QRect cell = cellRect({row, static_cast<int>(column)});

@@ -1,3 +1,4 @@
+#include "machine/Flags.h"
 #include "ui/main/RegisterPanel.h"
 
 #include <QTest>

@@ -1,92 +1,34 @@
-#include "ui/trace/Listapasos.h"
+// The window of the trace: what it shows, its keys, its mouse, clearing and closing.
 
-#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
-#include <QMenuBar>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-#include <QWheelEvent>
-#include <memory>
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
-#include "tests/ui/trace/NaiveTrace.h"
-#include "tests/ui/trace/TracedMachine.h"
-#include "ui/trace/TraceView.h"
+#include "tests/ui/trace/TraceWindowTest.h"
 
 using namespace tavinor;
 
 namespace {
 
-const QString overwriteQuestion = QStringLiteral("El fichero %1 ya existe\n¿Desea sobreescribirlo?");
 const QString closeQuestion = QStringLiteral("Todo el listado se perderá.\n¿Desea cerrar de todas formas?");
 constexpr auto yesNo = QMessageBox::Yes | QMessageBox::No;
 
-const ExpectedFileDialog saveDialog{
-    "Salvar fichero .TXT", {"Fichero de texto (*.txt)", "Todos los ficheros (*.*)"}, "*.txt", true};
-
-const QString headerLine =
-    QStringLiteral("DIR \tDAT      \tINS         \tA \tB \tC \tD \tE \tF \tszapc\tH \tL \tM \tPC  \tSP  ");
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-}
-
 }  // namespace
 
-class ListapasosTest : public QObject {
+class ListapasosTest : public QObject, private TraceWindowTest {
     Q_OBJECT
 
   private:
-    std::unique_ptr<Listapasos> window_;
-    std::unique_ptr<NaiveTrace> naive_;
-    std::unique_ptr<TracedMachine> traced_;
-    TraceView* lista_ = nullptr;
-    QTemporaryDir folder_;
-
-    void record(int steps) {
-        traced_->steps(steps);
-        window_->bringUpToDate();
-    }
-    void clickMenu(const QString& name) {
-        auto* action = window_->findChild<QAction*>(name);
-        QVERIFY(action != nullptr);
-        clickAt(window_->menuBar(), window_->menuBar()->actionGeometry(action).center());
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        pressKey(lista_, key, modifiers);
-    }
-    void clickCell(std::uint64_t row, int column, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        clickAt(lista_->viewport(), lista_->cellRect({row, column}).center(), Qt::LeftButton, modifiers);
-    }
     [[nodiscard]] QString naiveLine(std::size_t row) const {
         return QString::fromStdString(naive_->line(row));
     }
-    [[nodiscard]] QByteArray expectedFile(std::size_t rows) const {
-        std::string text = headerLine.toStdString() + "\r\n";
-        for (std::size_t row = 0; row < rows; ++row) text += naive_->line(row) + "\r\n";
-        return QByteArray::fromStdString(text);
-    }
-    [[nodiscard]] QAccessibleTableInterface* table() const {
-        return QAccessible::queryAccessibleInterface(lista_)->tableInterface();
-    }
 
   private slots:
-    void init() {
-        window_ = std::make_unique<Listapasos>();
-        naive_ = std::make_unique<NaiveTrace>();
-        traced_ = std::make_unique<TracedMachine>(window_->recorder(), naive_.get());
-        traced_->load({0x01, 0xFF, 0xFF, 0x0B, 0x78, 0xB1, 0xC2, 0x03, 0x00, 0xC3, 0x00, 0x00});
-        lista_ = window_->findChild<TraceView*>("lista");
-        QVERIFY(lista_ != nullptr);
-    }
-    void cleanup() { window_.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void isTitledAndModeless() {
         QCOMPARE(window_->windowTitle(), QString("Tavinor"));
@@ -204,10 +146,7 @@ class ListapasosTest : public QObject {
         QScrollBar* bar = lista_->verticalScrollBar();
         QCOMPARE(bar->maximum(), 90);
         QCOMPARE(bar->value(), 90);
-        const QPoint middle = lista_->viewport()->rect().center();
-        QWheelEvent up(middle, lista_->viewport()->mapToGlobal(middle), {}, {0, 120}, Qt::NoButton,
-                       Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(lista_->viewport(), &up);
+        turnWheel(lista_->viewport(), 1);
         const auto notch = static_cast<std::uint64_t>(QApplication::wheelScrollLines());
         QCOMPARE(lista_->firstRow(), 90 - notch);
         QCOMPARE(bar->value(), static_cast<int>(90 - notch));
@@ -282,181 +221,6 @@ class ListapasosTest : public QObject {
         window_->open();
         QCOMPARE(lista_->rowCount(), std::uint64_t{26});
         QCOMPARE(lista_->firstRow(), std::uint64_t{16});
-    }
-
-    void savesNothingOfAnEmptyList() {
-        QVERIFY(showActive(window_.get()));
-        const DialogAnswerer dialogs;
-        clickMenu("salvar");
-        QCOMPARE(dialogs.count(), 0);
-    }
-
-    void cancelledItSavesNothing() {
-        QVERIFY(showActive(window_.get()));
-        record(1);
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, {});
-        clickMenu("salvar");
-        QCOMPARE(dialogs.count(), 1);
-    }
-
-    void savesToTheByte() {
-        QVERIFY(showActive(window_.get()));
-        record(1);
-        const QString path = folder_.filePath("dos.txt");
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, path);
-        pressKey(lista_, Qt::Key_S, Qt::AltModifier);
-        QVERIFY(dialogs.allCame());
-        QCOMPARE(contents(path),
-                 QByteArray("DIR \tDAT      \tINS         \tA \tB \tC \tD \tE \tF \tszapc\tH \tL \tM \tPC  "
-                            "\tSP  \r\n"
-                            "\t\t\t00\t00\t00\t00\t00\t00\t00000\t00\t00\t01\t0000\t0000\r\n"
-                            "0000\t01 FF FF \tLXI B,FFFF\t00\tFF\tFF\t00\t00\t00\t00000\t00\t00\t01\t0003"
-                            "\t0000\r\n"));
-    }
-
-    void savesEveryRow_data() {
-        QTest::addColumn<int>("patience");
-        QTest::newRow("at once") << 100'000;
-        QTest::newRow("with its progress shown") << 0;
-    }
-    void savesEveryRow() {
-        QFETCH(int, patience);
-        window_->setPatience(std::chrono::milliseconds(patience));
-        QVERIFY(showActive(window_.get()));
-        for (int i = 0; i < 10; ++i) {
-            record(14'000);
-            traced_->machine().D = static_cast<std::uint8_t>(i + 1);
-            traced_->machine().recomputePairs();
-            traced_->refresh();
-            traced_->type(0, "1x");
-        }
-        const QString path = folder_.filePath("todo.txt");
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, path);
-        if (patience == 0) dialogs.expectWindow("progreso", [](QWidget*) {});
-        if (QFile::exists(path)) QVERIFY(QFile::remove(path));
-        clickMenu("salvar");
-        QVERIFY(dialogs.allCame());
-        QCOMPARE(contents(path), expectedFile(naive_->rows().size()));
-    }
-
-    void cancelsALongSave() {
-        window_->setPatience(std::chrono::milliseconds(0));
-        traced_->recordOnlyCompact();
-        QVERIFY(showActive(window_.get()));
-        record(3'000'000);
-        const QString path = folder_.filePath("parte.txt");
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, path);
-        dialogs.expectWindow("progreso", [](QWidget* dialog) {
-            QVERIFY(dialog->isModal());
-            QCOMPARE(dialog->windowTitle(), QString("Tavinor"));
-            QCOMPARE(qobject_cast<QProgressDialog*>(dialog)->labelText(), QString("Guardando el listado..."));
-            auto* cancel = dialog->findChild<QPushButton*>();
-            QCOMPARE(cancel->text(), QString("Cancelar"));
-            clickIn(cancel);
-        });
-        clickMenu("salvar");
-        QCOMPARE(dialogs.count(), 2);  // and no error
-        const QByteArray written = contents(path);
-        QVERIFY(written.startsWith(headerLine.toLatin1()));
-        QVERIFY(written.size() < 100'000'000);
-        QCOMPARE(lista_->rowCount(), std::uint64_t{3'000'001});
-    }
-
-    void asksBeforeOverwriting() {
-        QVERIFY(showActive(window_.get()));
-        record(1);
-        const QString path = folder_.filePath("viejo <b>.txt");
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write("viejo");
-        old.close();
-        for (const auto answer : {QMessageBox::No, QMessageBox::NoButton, QMessageBox::Yes}) {
-            QCOMPARE(contents(path), QByteArray("viejo"));
-            DialogAnswerer dialogs;
-            dialogs.expectFileDialog(saveDialog, path);
-            dialogs.expectQuestion(overwriteQuestion.arg(path), yesNo, answer);
-            clickMenu("salvar");
-        }
-        QCOMPARE(contents(path), expectedFile(2));
-    }
-
-    void reportsAFullDisk_data() {
-        QTest::addColumn<int>("patience");
-        QTest::newRow("at once") << 100'000;
-        QTest::newRow("with its progress shown") << 0;
-    }
-    void reportsAFullDisk() {
-        if (!QFile::exists("/dev/full")) QSKIP("this system has no full disk to offer");
-        QFETCH(int, patience);
-        window_->setPatience(std::chrono::milliseconds(patience));
-        QVERIFY(showActive(window_.get()));
-        record(100);
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, "/dev/full");
-        dialogs.expectQuestion(overwriteQuestion.arg("/dev/full"), yesNo, QMessageBox::Yes);
-        dialogs.expectMessage("Error guardando fichero");
-        clickMenu("salvar");
-        QVERIFY(dialogs.allCame());
-        QCOMPARE(lista_->rowCount(), std::uint64_t{101});
-    }
-
-    void reportsAFileThatCannotBeCreated() {
-        QVERIFY(showActive(window_.get()));
-        record(1);
-        const QString path = folder_.filePath("no/hay.txt");
-        DialogAnswerer dialogs;
-        dialogs.expectFileDialog(saveDialog, path);
-        dialogs.expectMessage("Error guardando fichero");
-        clickMenu("salvar");
-    }
-
-    void assistiveToolsReadTheRowsAround() {
-        QVERIFY(showActive(window_.get()));
-        record(99);
-        QAccessibleInterface* view = QAccessible::queryAccessibleInterface(lista_);
-        QCOMPARE(view->role(), QAccessible::Table);
-        QVERIFY(table() != nullptr);
-        QCOMPARE(table()->columnCount(), 15);
-        QCOMPARE(table()->columnDescription(9), QString("szapc"));
-        QCOMPARE(table()->rowCount(), 20);  // one screen before, the visible one, and there it ends
-        QCOMPARE(table()->rowDescription(0), QString("81"));
-        for (const int row : {0, 10, 19}) {
-            for (int column = 0; column < 15; ++column) {
-                QAccessibleInterface* cell = table()->cellAt(row, column);
-                QVERIFY(cell != nullptr && cell->isValid());
-                const auto& expected = naive_->rows()[static_cast<std::size_t>(80 + row)];
-                QCOMPARE(cell->text(QAccessible::Name),
-                         QString::fromStdString(expected[static_cast<std::size_t>(column)]).trimmed());
-                QCOMPARE(cell->tableCellInterface()->rowIndex(), row);
-                QCOMPARE(cell->tableCellInterface()->columnIndex(), column);
-                QCOMPARE(cell->tableCellInterface()->columnHeaderCells().first()->text(QAccessible::Name),
-                         table()->columnDescription(column));
-                QCOMPARE(view->indexOfChild(cell), 15 * (row + 1) + column);
-                QCOMPARE(static_cast<bool>(cell->state().offscreen), row < 10);
-            }
-        }
-        QCOMPARE(view->childCount(), 15 * 21);
-        QVERIFY(view->child(15 * 21) == nullptr);
-    }
-
-    void assistiveToolsFollowTheKeyboard() {
-        QVERIFY(showActive(window_.get()));
-        record(99);
-        clickCell(95, 2);
-        QAccessibleInterface* view = QAccessible::queryAccessibleInterface(lista_);
-        QAccessibleInterface* focused = view->focusChild();
-        QVERIFY(focused != nullptr);
-        QCOMPARE(focused->text(QAccessible::Name), QString::fromStdString(naive_->rows()[95][2]));
-        QVERIFY(focused->state().focused && focused->state().selected);
-        QCOMPARE(table()->selectedRows(), QList<int>{15});
-        const QPoint middle = focused->rect().center();
-        QCOMPARE(view->childAt(middle.x(), middle.y()), focused);
-        QVERIFY(table()->selectRow(3));
-        QCOMPARE(lista_->current()->row, std::uint64_t{83});
     }
 };
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "machine/Flags.h"
 #include "machine/HexText.h"
 #include "machine/Stepper.h"
-#include "ui/main/RegisterPanel.h"
 
 namespace tavinor {
 

@@ -1,0 +1,141 @@
+// The trace as a user has it: runs of the main window that are recorded, with the window of the trace closed
+// and with it open; then what opening, jumping, clearing and saving take with many rows.
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+
+#include "benchmarks/IdleLoop.h"
+#include "ui/common/Translations.h"
+#include "ui/main/Principal.h"
+#include "ui/trace/Listapasos.h"
+#include "ui/trace/SaveProgress.h"
+#include "ui/trace/TraceFile.h"
+#include "ui/trace/TraceView.h"
+
+using namespace tavinor;
+
+namespace {
+
+constexpr int runMilliseconds = 3000;
+/// More would not fit into the memory that stands in for the disk.
+constexpr std::uint64_t mostRowsToSave = 150'000'000;
+
+/// LXI B,FFFF; then DCX B, MOV A,B, ORA C, JNZ; JMP 0000.
+const char* const delayLoop =
+    ":0C00000001FFFF0B78B1C20300C3000039\r\n"
+    ":00000001FF\r\n";
+
+Listapasos* traceWindow() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* trace = qobject_cast<Listapasos*>(window)) return trace;
+    }
+    std::abort();
+}
+
+void load(Principal& principal) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("bucle.hex");
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) std::abort();
+    file.write(delayLoop);
+    file.close();
+    QTimer::singleShot(200, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
+    });
+    principal.loadHexFile(path);
+}
+
+void measureRun(const char* name, Principal& principal, double idleRate) {
+    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
+    const TraceStore& store = traceWindow()->recorder().store();
+    const std::uint64_t before = store.size();
+    QTimer::singleShot(runMilliseconds, run, &QAbstractButton::click);
+    QElapsedTimer timer;
+    timer.start();
+    run->click();  // returns when the run has been stopped
+    const double rate =
+        static_cast<double>(store.size() - before) * 1000.0 / static_cast<double>(timer.elapsed());
+    std::printf("%-28s %6.1f million instructions a second, %.1f times the empty loop\n", name, rate / 1e6,
+                rate / idleRate);
+}
+
+/// Milliseconds until `action` has been carried out and painted.
+template <typename Action>
+void measureAction(const char* name, TraceView* view, Action action) {
+    QElapsedTimer timer;
+    timer.start();
+    action();
+    if (view->isVisible()) view->viewport()->repaint();
+    std::printf("%-28s %6.1f ms\n", name, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+}
+
+void runUntil(Principal& principal, std::uint64_t rows) {
+    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
+    const TraceStore& store = traceWindow()->recorder().store();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, run, [&] {
+        if (store.size() >= rows && watch.isActive()) {
+            watch.stop();
+            run->click();
+        }
+    });
+    watch.start(10);
+    if (store.size() < rows) run->click();
+}
+
+void measureSaving(Listapasos& trace) {
+    const QString path = QStringLiteral("/dev/shm/tavinor-trace-benchmark.txt");
+    QElapsedTimer timer;
+    timer.start();
+    TraceFile file(trace.recorder().store(), path);
+    const bool saved = saveWithProgress(file, &trace, std::chrono::seconds(1)) == SaveResult::saved;
+    const double seconds = static_cast<double>(timer.elapsed()) / 1000.0;
+    const double megabytes = static_cast<double>(QFileInfo(path).size()) / 1e6;
+    QFile::remove(path);
+    std::printf("%-28s %6.0f MB a second (%.0f MB%s)\n", "saving", megabytes / seconds, megabytes,
+                saved ? "" : ", failed");
+}
+
+}  // namespace
+
+/// An argument is the number of rows to work with, in millions.
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    installSpanish(application);
+    const std::uint64_t rows = 1'000'000 * std::strtoull(argc > 1 ? argv[1] : "100", nullptr, 10);
+    Principal principal;
+    principal.show();
+    load(principal);
+    const double idleRate = benchmarks::idleLoopRate();
+    std::printf("%-28s %6.2f million turns of processEvents() a second\n", "empty loop", idleRate / 1e6);
+    Listapasos* trace = traceWindow();
+    auto* view = trace->findChild<TraceView*>("lista");
+    measureRun("run, trace closed", principal, idleRate);
+    trace->open();
+    QCoreApplication::processEvents();
+    measureRun("run, trace open", principal, idleRate);
+    trace->hide();
+    runUntil(principal, rows);
+    std::printf(
+        "%-28s %6.1f million, %.4f bytes each\n", "rows", static_cast<double>(view->rowCount()) / 1e6,
+        static_cast<double>(trace->recorder().store().heldBytes()) / static_cast<double>(view->rowCount()));
+    measureAction("opening", view, [&] {
+        trace->open();
+        QCoreApplication::processEvents();
+    });
+    measureAction("to the beginning", view, [&] { view->setCurrent({0, 0}, false); });
+    measureAction("to the middle", view, [&] { view->setCurrent({view->rowCount() / 2, 0}, false); });
+    measureAction("to the end", view, [&] { view->setCurrent({view->rowCount() - 1, 0}, false); });
+    if (view->rowCount() <= mostRowsToSave) measureSaving(*trace);
+    measureAction("clearing", view, [&] { trace->findChild<QAction*>("borrar")->trigger(); });
+    return 0;
+}
