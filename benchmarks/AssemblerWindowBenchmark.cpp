@@ -53,8 +53,8 @@ long statusKilobytes(const char* name) {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly)) return 0;
     for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(line.indexOf(':') + 1).trimmed().split(' ').first().toLong();
+        if (!line.startsWith(name)) continue;
+        return line.mid(line.indexOf(':') + 1).trimmed().split(' ').first().toLong();
     }
     return 0;
 }
@@ -97,7 +97,7 @@ void measure(const QString& source) {
 
 /// The file that the argument names, or one with as many lines.
 QString sourceFile(const QString& argument, const QTemporaryDir& folder) {
-    const QString path = folder.filePath("programa.asm");
+    QString path = folder.filePath("programa.asm");
     if (QFileInfo::exists(argument)) {
         QFile::copy(argument, path);
         return path;
