@@ -53,8 +53,9 @@ long statusKilobytes(const char* name) {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly)) return 0;
     for (const QByteArray& line : status.readAll().split('\n')) {
-        if (!line.startsWith(name)) continue;
-        return line.mid(line.indexOf(':') + 1).trimmed().split(' ').first().toLong();
+        if (line.startsWith(name)) {
+            return line.mid(line.indexOf(':') + 1).trimmed().split(' ').first().toLong();
+        }
     }
     return 0;
 }
