@@ -31,7 +31,7 @@ void appendBroken(QByteArray& text, std::string_view line) {
 
 QByteArray withoutLongLines(std::string_view lines) {
     QByteArray text;
-    text.reserve(static_cast<qsizetype>(lines.size() + lines.size() / shortLine));
+    text.reserve(static_cast<qsizetype>(lines.size()) + static_cast<qsizetype>(lines.size() / shortLine));
     while (!lines.empty()) {
         const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
         const std::string_view line = lines.substr(0, length);

@@ -12,8 +12,9 @@ namespace tavinor {
 
 namespace {
 
-constexpr qint64 showPeriod = 60;            // milliseconds
-constexpr qsizetype pieceSize = 256 * 1024;  // bytes: a pane takes about this much between two paints
+constexpr qint64 showPeriod = 60;  // milliseconds
+constexpr qsizetype pieceSize =
+    qsizetype{256} * 1024;  // bytes: a pane takes about this much between two paints
 
 /// The length of the first piece of `text`, whole lines of it.
 qsizetype firstPiece(const QByteArray& text) {
