@@ -228,20 +228,20 @@ void Editor::showCaption() {
 
 void Editor::clearText() {
     texto->setSource({});
-    encoding_ = SourceEncoding::utf8;
+    encoding_ = TextEncoding::utf8;
     changed_ = false;
 }
 
 bool Editor::write(const QString& path) {
     const QString text = texto->source() + '\n';
-    SourceEncoding encoding = encoding_;
-    if (!canEncode(text, encoding)) {
+    TextEncoding encoding = encoding_;
+    if (!canEncodeSource(text, encoding)) {
         const bool unicode =
             askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
                                           "codificación del fichero (Windows-1252)\r\n"
                                           "¿Desea guardarlo en UTF-8?"));
         if (!unicode) return false;
-        encoding = SourceEncoding::utf8;
+        encoding = TextEncoding::utf8;
     }
     if (!writeSource(path, text, encoding)) {
         showMessage(this, QStringLiteral("Error guardando fichero"));

@@ -63,7 +63,7 @@ class Editor : public QMainWindow {
     Busqueda* busqueda_;
     QPointer<QWidget> principal_;
     QString caption_;
-    SourceEncoding encoding_ = SourceEncoding::utf8;
+    TextEncoding encoding_ = TextEncoding::utf8;
     bool changed_ = false;
     bool suppressLoad_ = false;
 };
