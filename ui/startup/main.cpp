@@ -4,9 +4,12 @@
 #include "ui/common/Translations.h"
 #include "ui/main/Principal.h"
 #include "ui/startup/Cabecera.h"
+#include "ui/startup/Ending.h"
 
 int main(int argc, char* argv[]) {
+    int exitCode = 0;
     QApplication application(argc, argv);
+    tavinor::endWithoutWaiting(application, exitCode);
     QApplication::setApplicationName(QStringLiteral("tavinor"));
     QApplication::setWindowIcon(tavinor::applicationIcon());
     // The program ends by its farewell screen or its updater, not when one of its windows happens to be the
@@ -23,5 +26,6 @@ int main(int argc, char* argv[]) {
                      &tavinor::Cabecera::showAbout);
     QObject::connect(&principal, &tavinor::Principal::closed, &cabecera, &tavinor::Cabecera::showFarewell);
     QObject::connect(&cabecera, &tavinor::Cabecera::ended, &application, [] { QApplication::exit(); });
-    return QApplication::exec();
+    exitCode = QApplication::exec();
+    return exitCode;
 }
