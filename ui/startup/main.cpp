@@ -17,15 +17,15 @@ int main(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(false);
     tavinor::installSpanish(application);
 
+    // Both are there and connected before the splash asks for updates, however soon the answer comes.
     tavinor::Cabecera cabecera;
-    cabecera.showSplash();
-    QApplication::processEvents();  // the splash is on the screen while the main window is made
     tavinor::Principal principal;
     QObject::connect(&cabecera, &tavinor::Cabecera::splashOver, &principal, &QWidget::show);
     QObject::connect(&principal, &tavinor::Principal::aboutRequested, &cabecera,
                      &tavinor::Cabecera::showAbout);
     QObject::connect(&principal, &tavinor::Principal::closed, &cabecera, &tavinor::Cabecera::showFarewell);
     QObject::connect(&cabecera, &tavinor::Cabecera::ended, &application, [] { QApplication::exit(); });
+    cabecera.showSplash();
     exitCode = QApplication::exec();
     return exitCode;
 }
