@@ -174,6 +174,7 @@ void Editor::Buscar_Click() {
 
 bool Editor::askToSave() {
     if (!changed_) return true;
+    if (isMinimized()) bringForward();
     // From the blank that precedes the name in the caption.
     const QString question =
         caption_.mid(applicationTitle().size() + 2) + QStringLiteral(" ha cambiado\r\n¿Desea guardarlo?");
