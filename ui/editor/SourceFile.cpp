@@ -12,6 +12,9 @@ namespace tavinor {
 
 namespace {
 
+/// No source for 64 KiB of memory is that long, and the text box could not hold much more.
+constexpr qint64 mostBytes = 64 * 1024 * 1024;
+
 /// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
 /// feels.
 std::string withLineEndPairs(const std::string& text) {
@@ -43,8 +46,8 @@ SourceFile readSource(const QString& path) {
     QFile file(path);
     // A folder, a pipe or a device is no source, and reading some of them would never end.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) return {};
+    const QByteArray bytes = file.read(mostBytes + 1);
+    if (file.error() != QFileDevice::NoError || bytes.size() > mostBytes) return {};
     return decodeSource(bytes);
 }
 

@@ -93,6 +93,16 @@ class SourceFileTest : public QObject {
         QCOMPARE(readSource(path("none")).state, SourceFile::State::empty);
     }
 
+    void readsNoMoreThanATextBoxHolds() {
+        constexpr qint64 most = 64 * 1024 * 1024;
+        put(path("huge"), "A");
+        QVERIFY(QFile::resize(path("huge"), most));  // takes no room on the disk
+        QCOMPARE(readSource(path("huge")).text.size(), static_cast<qsizetype>(most));
+        QVERIFY(QFile::resize(path("huge"), most + 1));
+        QCOMPARE(readSource(path("huge")).state, SourceFile::State::failed);
+        QVERIFY(QFile::remove(path("huge")));
+    }
+
     void writesLineEndsAsPairs() {
         QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", TextEncoding::utf8));
         QCOMPARE(bytesOf(path("a.asm")), QByteArray("uno\r\n\r\ndos \xC3\xB1\r\n"));
