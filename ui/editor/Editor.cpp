@@ -173,6 +173,7 @@ void Editor::Buscar_Click() {
 
 bool Editor::askToSave() {
     if (!changed_) return true;
+    if (isMinimized()) bringForward();
     // From the blank that precedes the name in the caption.
     const QString question =
         caption_.mid(applicationTitle().size() + 2) + QStringLiteral(" ha cambiado\r\n¿Desea guardarlo?");
@@ -227,20 +228,20 @@ void Editor::showCaption() {
 
 void Editor::clearText() {
     texto->setSource({});
-    encoding_ = SourceEncoding::utf8;
+    encoding_ = TextEncoding::utf8;
     changed_ = false;
 }
 
 bool Editor::write(const QString& path) {
     const QString text = texto->source() + '\n';
-    SourceEncoding encoding = encoding_;
-    if (!canEncode(text, encoding)) {
+    TextEncoding encoding = encoding_;
+    if (!canEncodeSource(text, encoding)) {
         const bool unicode =
             askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
                                           "codificación del fichero (Windows-1252)\r\n"
                                           "¿Desea guardarlo en UTF-8?"));
         if (!unicode) return false;
-        encoding = SourceEncoding::utf8;
+        encoding = TextEncoding::utf8;
     }
     if (!writeSource(path, text, encoding)) {
         showMessage(this, QStringLiteral("Error guardando fichero"));

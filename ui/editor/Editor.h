@@ -42,9 +42,9 @@ class Editor : public QMainWindow {
     void refreshEdicion();
 
     void bringForward();
-    /// True when the text may go: nothing changed, or the user has saved it or gives it up.
+    /// True when the text may go: nothing changed, or the user has saved it or gives it up. The text that the
+    /// question is about is in view, also when the window was minimised.
     bool askToSave();
-    void chooseAndLoad(const QString& title);
     /// Another path in `filename`: caption, and the text unless the file is only being renamed.
     void setFilename(const QString& path);
     void filename_Change();
@@ -63,7 +63,7 @@ class Editor : public QMainWindow {
     Busqueda* busqueda_;
     QPointer<QWidget> principal_;
     QString caption_;
-    SourceEncoding encoding_ = SourceEncoding::utf8;
+    TextEncoding encoding_ = TextEncoding::utf8;
     bool changed_ = false;
     bool suppressLoad_ = false;
 };

@@ -1,9 +1,11 @@
 #include "ui/editor/Search.h"
 
+#include "assembler/UpperCase.h"
+
 namespace tavinor {
 
 QString upperCased(QString text) {
-    for (QChar& c : text) c = c.toUpper();
+    for (QChar& c : text) c = QChar(static_cast<char16_t>(upperCase(c.unicode())));
     return text;
 }
 

@@ -5,8 +5,8 @@
 
 namespace tavinor {
 
-/// Upper case letter by letter, accented letters too. The length never changes: a letter whose upper case
-/// would be two letters stays as it is.
+/// Upper case letter by letter, accented letters too, by the assembler's rule. The length never changes: a
+/// letter whose upper case would be two letters stays as it is.
 QString upperCased(QString text);
 
 /// The position, counted from 1, of the first occurrence of `pattern` at `start` or later; occurrences may

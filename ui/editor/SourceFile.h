@@ -4,11 +4,11 @@
 #include <QString>
 #include <cstdint>
 
-/// Source files on disk: how their bytes become text and go back. Everything the editor knows about encodings
-/// is here.
-namespace tavinor {
+#include "assembler/TextEncoding.h"
 
-enum class SourceEncoding : std::uint8_t { utf8, windows1252 };
+/// Source files on disk: how their bytes become the toolkit's text and go back. The encodings themselves are
+/// the assembler's.
+namespace tavinor {
 
 struct SourceFile {
     enum class State : std::uint8_t {
@@ -18,20 +18,21 @@ struct SourceFile {
     };
 
     State state = State::failed;
-    SourceEncoding encoding = SourceEncoding::utf8;
+    TextEncoding encoding = TextEncoding::utf8;
     QString text;  ///< Line ends as they stood; a byte-order mark is gone.
 };
 
 /// UTF-8 (plain ASCII is), or Windows-1252 where the bytes are no valid UTF-8.
 SourceFile decodeSource(const QByteArray& bytes);
+/// A file of more than 64 MiB counts as one that cannot be read.
 SourceFile readSource(const QString& path);
 
 /// Whether every character of `text` exists in `encoding`.
-bool canEncode(const QString& text, SourceEncoding encoding);
+bool canEncodeSource(const QString& text, TextEncoding encoding);
 
 /// Replaces the file by `text`, with every LF written as CR LF. The file is whole at every moment: the old
 /// one or the new one. It keeps its permissions, and a symbolic link keeps pointing to it. False when it
 /// could not be saved; then the old file is as it was.
-bool writeSource(const QString& path, const QString& text, SourceEncoding encoding);
+bool writeSource(const QString& path, const QString& text, TextEncoding encoding);
 
 }  // namespace tavinor

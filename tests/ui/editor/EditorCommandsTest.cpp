@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QTest>
 #include <QTimer>
+#include <array>
 
 #include "tests/ui/editor/EditorFixture.h"
 #include "ui/common/Fonts.h"
@@ -24,36 +25,26 @@ class EditorCommandsTest : public QObject {
         QTest::addColumn<QString>("caption");
         QTest::addColumn<QString>("key");
         QTest::addColumn<bool>("enabled");
-        QTest::newRow("Nuevo") << "Archivo"
-                               << "&Nuevo"
-                               << "Ctrl+N" << true;
-        QTest::newRow("Abrir") << "Archivo"
-                               << "&Abrir ..."
-                               << "Ctrl+A" << true;
-        QTest::newRow("guardar") << "Archivo"
-                                 << "&Guardar"
-                                 << "Ctrl+G" << true;
-        QTest::newRow("guardarcomo") << "Archivo"
-                                     << "Guardar co&mo"
-                                     << "Ctrl+M" << true;
-        QTest::newRow("Salir") << "Archivo"
-                               << "&Salir"
-                               << "Ctrl+S" << true;
-        QTest::newRow("Cortar") << "Edicion"
-                                << "Cor&tar"
-                                << "Ctrl+X" << false;
-        QTest::newRow("Copiar") << "Edicion"
-                                << "&Copiar"
-                                << "Ctrl+C" << false;
-        QTest::newRow("Pegar") << "Edicion"
-                               << "&Pegar"
-                               << "Ctrl+V" << false;
-        QTest::newRow("Buscar") << "Buscarvacio"
-                                << "&Buscar"
-                                << "Ctrl+B" << true;
-        QTest::newRow("Buscarsiguiente") << "Buscarvacio"
-                                         << "&Buscar siguiente"
-                                         << "F3" << false;
+        struct Item {
+            const char *menu, *name, *caption, *key;
+            bool enabled;
+        };
+        constexpr std::array items{
+            Item{"Archivo", "Nuevo", "&Nuevo", "Ctrl+N", true},
+            Item{"Archivo", "Abrir", "&Abrir ...", "Ctrl+A", true},
+            Item{"Archivo", "guardar", "&Guardar", "Ctrl+G", true},
+            Item{"Archivo", "guardarcomo", "Guardar co&mo", "Ctrl+M", true},
+            Item{"Archivo", "Salir", "&Salir", "Ctrl+S", true},
+            Item{"Edicion", "Cortar", "Cor&tar", "Ctrl+X", false},
+            Item{"Edicion", "Copiar", "&Copiar", "Ctrl+C", false},
+            Item{"Edicion", "Pegar", "&Pegar", "Ctrl+V", false},
+            Item{"Buscarvacio", "Buscar", "&Buscar", "Ctrl+B", true},
+            Item{"Buscarvacio", "Buscarsiguiente", "&Buscar siguiente", "F3", false},
+        };
+        for (const Item& item : items) {
+            QTest::newRow(item.name) << QString(item.menu) << QString(item.caption) << QString(item.key)
+                                     << item.enabled;
+        }
     }
 
     void menus() {

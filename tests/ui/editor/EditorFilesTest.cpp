@@ -302,6 +302,21 @@ class EditorFilesTest : public QObject {
         QCOMPARE(f.text(), QString("A\n"));
     }
 
+    /// A question that belongs to a minimised window may be nowhere on the screen.
+    void closingAMinimisedEditorShowsWhatTheQuestionIsAbout() {
+        EditorFixture f;
+        QVERIFY(f.openUnnamed("A"));
+        f.editor.showMinimized();
+        QVERIFY(f.editor.isMinimized());
+        {
+            DialogAnswerer dialogs;
+            dialogs.expectQuestion(f.saveQuestion(), saveButtons, QMessageBox::Cancel);
+            QVERIFY(!f.editor.mayClose());
+        }
+        QVERIFY(!f.editor.isMinimized());
+        f.discard();
+    }
+
     void newAsksFirst() {
         EditorFixture f;
         QVERIFY(f.openUnnamed("A"));

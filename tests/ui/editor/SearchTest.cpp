@@ -65,6 +65,12 @@ class SearchTest : public QObject {
             if (upperCased(letter).size() != 1) QFAIL(qPrintable(QString::number(code, 16)));
         }
         QCOMPARE(upperCased("áñüßç"), QString("ÁÑÜßÇ"));
+        QCOMPARE(upperCased("ÿ\u0131\U00010428"), QString("Ÿ\u0131\U00010428"));
+    }
+
+    /// The assembler takes these letters as they are, and so does a search.
+    void lettersThatTheAssemblerLeavesAlone() {
+        QCOMPARE(upperCased("\u00B5\u0192"), QString("\u00B5\u0192"));
     }
 };
 

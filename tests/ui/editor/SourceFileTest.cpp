@@ -42,6 +42,10 @@ class SourceFileTest : public QObject {
         QTest::newRow("past the basic plane") << QByteArray("\xF0\x9F\x98\x80") << "\U0001F600" << true;
         QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF; \xC3\xB1") << "; ñ" << true;
         QTest::newRow("a mark alone") << QByteArray("\xEF\xBB\xBF") << "" << true;
+        QTest::newRow("two marks: one is text") << QByteArray(
+                                                       "\xEF\xBB\xBF\xEF\xBB\xBF"
+                                                       "A")
+                                                << QStringLiteral(u"\uFEFFA") << true;
         QTest::newRow("windows-1252") << QByteArray("; a\xF1o \x80\x93\x94") << "; año €“”" << false;
         QTest::newRow("its undefined bytes") << QByteArray("\x81\xFF") << QStringLiteral(u"\u0081ÿ") << false;
         QTest::newRow("cut-off utf-8") << QByteArray("a\xC3") << "aÃ" << false;
@@ -59,7 +63,7 @@ class SourceFileTest : public QObject {
         const SourceFile file = decodeSource(bytes);
         QCOMPARE(file.state, SourceFile::State::read);
         QCOMPARE(file.text, text);
-        QCOMPARE(file.encoding == SourceEncoding::utf8, unicode);
+        QCOMPARE(file.encoding == TextEncoding::utf8, unicode);
     }
 
     void everyByteComesBackInTheOldEncoding() {
@@ -68,17 +72,17 @@ class SourceFileTest : public QObject {
             if (byte != '\n') all.append(static_cast<char>(byte));
         }
         const SourceFile file = decodeSource(all);
-        QCOMPARE(file.encoding, SourceEncoding::windows1252);
-        QVERIFY(canEncode(file.text, file.encoding));
+        QCOMPARE(file.encoding, TextEncoding::windows1252);
+        QVERIFY(canEncodeSource(file.text, file.encoding));
         QVERIFY(writeSource(path("all"), file.text, file.encoding));
         QCOMPARE(bytesOf(path("all")), all);
     }
 
     void knowsWhatTheOldEncodingLacks() {
-        QVERIFY(canEncode("año € “x”", SourceEncoding::windows1252));
-        QVERIFY(!canEncode("Ω", SourceEncoding::windows1252));
-        QVERIFY(!canEncode("\U0001F600", SourceEncoding::windows1252));
-        QVERIFY(canEncode("Ω\U0001F600", SourceEncoding::utf8));
+        QVERIFY(canEncodeSource("año € “x”", TextEncoding::windows1252));
+        QVERIFY(!canEncodeSource("Ω", TextEncoding::windows1252));
+        QVERIFY(!canEncodeSource("\U0001F600", TextEncoding::windows1252));
+        QVERIFY(canEncodeSource("Ω\U0001F600", TextEncoding::utf8));
     }
 
     void readsNothingButFiles() {
@@ -89,10 +93,20 @@ class SourceFileTest : public QObject {
         QCOMPARE(readSource(path("none")).state, SourceFile::State::empty);
     }
 
+    void readsNoMoreThanATextBoxHolds() {
+        constexpr qint64 most = 64 * 1024 * 1024;
+        put(path("huge"), "A");
+        QVERIFY(QFile::resize(path("huge"), most));  // takes no room on the disk
+        QCOMPARE(readSource(path("huge")).text.size(), static_cast<qsizetype>(most));
+        QVERIFY(QFile::resize(path("huge"), most + 1));
+        QCOMPARE(readSource(path("huge")).state, SourceFile::State::failed);
+        QVERIFY(QFile::remove(path("huge")));
+    }
+
     void writesLineEndsAsPairs() {
-        QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", SourceEncoding::utf8));
+        QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", TextEncoding::utf8));
         QCOMPARE(bytesOf(path("a.asm")), QByteArray("uno\r\n\r\ndos \xC3\xB1\r\n"));
-        QVERIFY(writeSource(path("a.asm"), "ñ\n", SourceEncoding::windows1252));
+        QVERIFY(writeSource(path("a.asm"), "ñ\n", TextEncoding::windows1252));
         QCOMPARE(bytesOf(path("a.asm")), QByteArray("\xF1\r\n"));
     }
 
@@ -101,7 +115,7 @@ class SourceFileTest : public QObject {
         const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path("p.asm"), permissions));
         const auto before = QFile::permissions(path("p.asm"));
-        QVERIFY(writeSource(path("p.asm"), "y", SourceEncoding::utf8));
+        QVERIFY(writeSource(path("p.asm"), "y", TextEncoding::utf8));
         QCOMPARE(QFile::permissions(path("p.asm")), before);
     }
 
@@ -109,17 +123,17 @@ class SourceFileTest : public QObject {
         put(path("real.asm"), "x");
         QVERIFY(QFile::link("real.asm", path("link.asm")));
         QVERIFY(QFile::link("link.asm", path("second.asm")));
-        QVERIFY(writeSource(path("second.asm"), "y", SourceEncoding::utf8));
+        QVERIFY(writeSource(path("second.asm"), "y", TextEncoding::utf8));
         QVERIFY(QFileInfo(path("second.asm")).isSymLink());
         QVERIFY(QFileInfo(path("link.asm")).isSymLink());
         QCOMPARE(bytesOf(path("real.asm")), QByteArray("y"));
     }
 
     void leavesOtherThingsAlone() {
-        QVERIFY(!writeSource(folder_.path(), "y", SourceEncoding::utf8));
-        QVERIFY(!writeSource("/dev/null", "y", SourceEncoding::utf8));
+        QVERIFY(!writeSource(folder_.path(), "y", TextEncoding::utf8));
+        QVERIFY(!writeSource("/dev/null", "y", TextEncoding::utf8));
         QVERIFY(!QFileInfo("/dev/null").isFile());
-        QVERIFY(!writeSource(path("no/such/folder.asm"), "y", SourceEncoding::utf8));
+        QVERIFY(!writeSource(path("no/such/folder.asm"), "y", TextEncoding::utf8));
     }
 
     /// The limit on the size of files stands in for a full disk: the write fails in its middle.
@@ -138,7 +152,7 @@ class SourceFileTest : public QObject {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit small{4096, limit.rlim_max};
         setrlimit(RLIMIT_FSIZE, &small);
-        const bool saved = writeSource(path("old.asm"), QString(size, 'x'), SourceEncoding::utf8);
+        const bool saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8);
         setrlimit(RLIMIT_FSIZE, &limit);
         QVERIFY(!saved);
         QCOMPARE(bytesOf(path("old.asm")), QByteArray("old"));
