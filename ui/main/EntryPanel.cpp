@@ -4,7 +4,6 @@
 #include <QLabel>
 
 #include "ui/common/Fonts.h"
-#include "ui/common/Naming.h"
 
 namespace tavinor {
 
@@ -27,7 +26,9 @@ EntryPanel::EntryPanel(QWidget* parent)
                         HexBox::Blank::kept)),
       INSOP2(new HexBox(QStringLiteral("INSOP2"), QStringLiteral("Segundo byte del operando"), 2, this,
                         HexBox::Blank::kept)),
-      INS(named(new QLabel(this), QStringLiteral("INS"), QStringLiteral("Texto de la instrucción"))) {
+      INS(new QLabel(this)) {
+    INS->setObjectName(QStringLiteral("INS"));
+    INS->setAccessibleDescription(QStringLiteral("Texto de la instrucción"));  // its name is what it shows
     // The row has no captions; the pointer tells what its boxes are for.
     for (HexBox* box : {txtDIR, INSCO, INSOP1, INSOP2}) box->setToolTip(box->accessibleName());
     INS->setFont(fixedFont());

@@ -307,6 +307,23 @@ class HaltTest : public QObject {
         s_->runWith([this] { QVERIFY(eje()->isEnabled() && eje()->isChecked()); });
     }
 
+    /// The test for a breakpoint after the step stops a run, it never starts one.
+    void aBreakpointWhereAStoppedRunArrives() {
+        prepareHalt(false);
+        s_->enter("txtDIR", "0000");
+        s_->clickRow(0);
+        pressKey(&s_->window, Qt::Key_F9);
+        s_->enter("txtPC", "0100");
+        expectHalt([this] {
+            clickIn(eje());
+            clickIn(aceptar());
+        });
+        s_->press("Ejecutar");
+        QVERIFY(!s_->running());
+        QCOMPARE(s_->machine().PC, 0);
+        QCOMPARE(difference(), QString());
+    }
+
     void intrMayExecuteAnotherHalt() {
         prepareHalt(true);
         expectHalt([this] {

@@ -68,12 +68,14 @@ class ListingPanelTest : public QObject {
     void aClickCopiesTheRow() {
         QFETCH(int, row);
         QFETCH(QStringList, entry);
+        const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(s_->find<QWidget>("INS"));
         s_->load(0, QByteArray::fromHex("C9"
                                         "3E05"
                                         "31CDAB"
                                         "08"));
         s_->clickRow(row);
         QCOMPARE(s_->entryRow(), entry);
+        QCOMPARE(spoken->text(QAccessible::Name), entry.last());
         s_->enter("INSOP2", "");
         s_->box("INSCO")->showText("77");
         s_->clickRow(row);  // the row that is selected already counts as well

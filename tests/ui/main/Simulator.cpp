@@ -44,6 +44,14 @@ Simulator::Simulator() {
     if (!showActive(&window)) qFatal("the main window does not become active");
 }
 
+QWidget* Simulator::findWidget(const QString& name) const {
+    QWidget*& known = found_[name];
+    for (QWidget* widget : known == nullptr ? window.findChildren<QWidget*>(name) : QList<QWidget*>()) {
+        if (widget->window() == &window) known = widget;
+    }
+    return known;
+}
+
 void Simulator::press(const QString& buttonName) const {
     clickIn(button(buttonName));
 }

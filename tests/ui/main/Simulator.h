@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QTableView>
@@ -39,10 +40,9 @@ class Simulator {
     /// A control of the main window itself; the halt dialog has some of the same names.
     template <typename Control>
     [[nodiscard]] Control* find(const QString& name) const {
-        for (Control* control : window.findChildren<Control*>(name)) {
-            if (control->window() == &window) return control;
-        }
-        qFatal("the main window has no such control: %s", qPrintable(name));
+        auto* control = qobject_cast<Control*>(findWidget(name));
+        if (control == nullptr) qFatal("the main window has no such control: %s", qPrintable(name));
+        return control;
     }
     [[nodiscard]] HexBox* box(const QString& name) const { return find<HexBox>(name); }
     [[nodiscard]] QAbstractButton* button(const QString& name) const { return find<QAbstractButton>(name); }
@@ -91,6 +91,9 @@ class Simulator {
     void runWith(const std::function<void()>& during) const;
 
   private:
+    [[nodiscard]] QWidget* findWidget(const QString& name) const;
+
+    mutable QHash<QString, QWidget*> found_;  // controls live as long as their window
     QTemporaryDir folder_;
 };
 

@@ -2,7 +2,9 @@
 
 #include <QCheckBox>
 #include <QRadioButton>
+#include <algorithm>
 #include <numeric>
+#include <tuple>
 
 #include "images/MnemonicTable.h"
 
@@ -85,12 +87,15 @@ QString ViewsCheck::difference() const {
 
 QString ViewsCheck::quickDifference() {
     const auto& memory = simulator_.machine().mem;
-    const std::vector<std::uint8_t> now(memory.begin(), memory.end());
+    if (seen_.empty()) seen_.assign(memory.begin(), memory.end());
     std::vector<int> changed;
-    for (std::size_t i = 0; i < memorySize && !seen_.empty(); ++i) {
-        if (now[i] != seen_[i]) changed.push_back(static_cast<int>(i));
+    const auto end = memory.begin() + memorySize;
+    auto [now, seen] = std::mismatch(memory.begin(), end, seen_.begin());
+    while (now != end) {
+        changed.push_back(static_cast<int>(now - memory.begin()));
+        *seen = *now;
+        std::tie(now, seen) = std::mismatch(now, end, seen);
     }
-    seen_ = now;
     return firstOf({allButMemory(), grids(changed)});
 }
 

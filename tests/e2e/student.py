@@ -1,0 +1,166 @@
+"""A student's session: loads, steps, runs, breaks, edits, halts and ends, on a screen of its own.
+
+Usage: student.py program examples-folder
+"""
+
+import os
+import sys
+import time
+import traceback
+
+from desktop import Failure, Program, check, key, walk, write, xdotool
+
+import pyatspi
+
+
+def steps_through_the_sum(p, examples):
+    p.load(os.path.join(examples, "01-suma.hex"))
+    check("the first row", lambda: p.rows()[0][:29], "0000 3A 00 10  LDA 1000, cont")
+    p.click("Ejecutar un paso")
+    check("PC", lambda: p.text("Contador de programa PC"), "0003")
+    check("A", lambda: p.text("Acumulador A"), "25")
+    for program_counter in ("0004", "0007", "0008", "000B"):
+        key("alt+p")
+        check("PC", lambda: p.text("Contador de programa PC"), program_counter)
+    check("A", lambda: p.text("Acumulador A"), "3F")
+    check("(2000)", lambda: p.cell("Contenido de la memoria", 0x200, 0), "2000: 3F")
+
+
+def breaks_and_halts(p, examples):
+    p.load(os.path.join(examples, "01-suma.hex"))
+    p.click(p.row("0007"))
+    check("entry row", lambda: p.text("Código de la instrucción"), "80")
+    key("F9")
+    check("the breakpoint", lambda: p.row("0007").name[:6], "0007*8")
+    p.click("Ejecutar")
+    check("PC", lambda: p.text("Contador de programa PC"), "0007")
+    check("the selected row", lambda: p.row("0007").name.endswith("contador de programa"), True)
+    check("the step button", lambda: p.enabled("Ejecutar un paso"), True)
+    p.click(p.row("0007"), times=2)
+    check("the breakpoint", lambda: p.row("0007").name[:6], "0007 8")
+
+    p.click("Ejecutar")
+    dialog = p.dialog("Tavinor")
+    p.find("Programa Parado por instrucción HLT", within=dialog)
+    key("Escape")
+    p.close()
+    time.sleep(0.3)
+    check("the halt dialog", lambda: dialog.getState().contains(pyatspi.STATE_SHOWING), True)
+    p.click(p.find("Salir con TRAP", within=dialog))
+    p.click(p.find("Continuar ejecución", within=dialog))
+    p.click(p.find("Aceptar", "push button", within=dialog))
+    p.wait_until_gone(dialog)
+    check("PC", lambda: p.text("Contador de programa PC"), "0024")
+    check("SP", lambda: p.text("Puntero de pila SP"), "FFFE")
+    p.find("Ejecutar", "push button")
+
+
+def counts_pulses_in_a_run(p, examples):
+    p.load(os.path.join(examples, "14-interrupcion.hex"))
+    p.click("Ejecutar")
+    p.find("Parar", "push button")
+    check("the step button", lambda: p.enabled("Ejecutar un paso"), False)
+    p.close()
+    for pulse in range(1, 6):
+        check("RST 7.5", lambda: p.enabled("Petición de RST 7.5"), True)
+        p.click("Petición de RST 7.5")
+        check("port 01", lambda: p.cell("Contenido de los puertos", 0, 1), f"01: {pulse:02X}")
+        check("SOD", lambda: p.checked("Salida serie SOD"), pulse % 2 == 1)
+    dialog = p.dialog("Tavinor")
+    p.click(p.find("Aceptar", "push button", within=dialog))  # RESET, and the run goes on
+    p.wait_until_gone(dialog)
+    check("port 01", lambda: p.cell("Contenido de los puertos", 0, 1), "01: 00")
+    p.click("Parar")
+    p.find("Ejecutar", "push button")
+    check("the step button", lambda: p.enabled("Ejecutar un paso"), True)
+
+
+def edits(p, _examples):
+    p.type_into("Dirección de memoria", "1234")
+    write("7f")
+    key("Tab")
+    check("(1234)", lambda: p.cell("Contenido de la memoria", 0x123, 4), "1234: 7F")
+    p.type_into("Par HL", "1234")
+    check("M", lambda: p.text("Memoria apuntada por HL"), "7F")
+    p.type_into("Dirección de la instrucción", "0000")
+    write("c3")
+    key("Tab")
+    check("the first row", lambda: p.rows()[0][:22], "0000 C3 00 00  JMP 000")
+
+    p.click(p.find("Registro B", "text"))
+    write("xyz")
+    p.click("Ejecutar un paso")
+    p.message("Valor incorrecto")
+    check("B", lambda: p.text("Registro B"), "xyz")
+    check("PC", lambda: p.text("Contador de programa PC"), "0000")
+    write("5")  # in place of what is selected
+    p.click("Ejecutar un paso")
+    check("B", lambda: p.text("Registro B"), "05")
+    key("alt+r")
+    check("B", lambda: p.text("Registro B"), "00")
+
+
+def refuses_a_bad_file(p, examples):
+    path = os.path.join(examples, "01-suma.asm")
+    p.click("Cargar fichero HEX")
+    p.dialog("Cargar fichero .HEX")
+    time.sleep(0.1)
+    write(path)
+    key("Return")
+    p.message(f"Error en fichero {path}.\nFormato incorrecto.")
+    p.click("Cargar fichero HEX")
+    dialog = p.dialog("Cargar fichero .HEX")
+    names = [node.name for node in walk(dialog)]
+    if "Cancelar" not in names:
+        raise Failure(f"the file dialog speaks another language: {names}")
+    key("Escape")
+    p.wait_until_gone(dialog)
+
+
+def types_in_a_run(p, _examples):
+    p.type_into("Dirección de la instrucción", "0001")
+    write("c3")  # 0001: JMP 0000; 0000 keeps its NOP
+    key("Tab")
+    key("alt+j")
+    p.find("Parar", "push button")
+    p.type_into("Acumulador A", "5a")
+    check("the stop key", lambda: p.enabled("Ejecutar un paso"), False)
+    key("alt+p")
+    p.find("Ejecutar", "push button")
+
+
+SCENES = [
+    steps_through_the_sum,
+    breaks_and_halts,
+    counts_pulses_in_a_run,
+    edits,
+    refuses_a_bad_file,
+    types_in_a_run,
+]
+
+
+def play(scene, program, examples):
+    with Program(program) as p:
+        scene(p, examples)
+        p.close()
+        p.expect_end()
+
+
+def main():
+    program, examples = map(os.path.abspath, sys.argv[1:3])
+    failed = 0
+    for scene in SCENES:
+        start = time.monotonic()
+        try:
+            play(scene, program, examples)
+        except Failure:
+            failed += 1
+            traceback.print_exc(limit=-2)
+            print(f"FAILED {scene.__name__}")
+        else:
+            print(f"passed {scene.__name__} ({time.monotonic() - start:.1f} s)")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
