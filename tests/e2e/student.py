@@ -1,4 +1,4 @@
-"""A student's session: loads, steps, runs, breaks, edits, halts and ends, on a screen of its own.
+"""A student at work: loads, steps, runs, breaks, edits, halts and ends, on a screen of its own.
 
 Usage: student.py program examples-folder
 """
