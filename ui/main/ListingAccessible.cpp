@@ -2,6 +2,7 @@
 
 #include <QPointer>
 
+#include "ui/common/HexBox.h"
 #include "ui/main/ListingPanel.h"
 
 namespace tavinor {
@@ -58,7 +59,7 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
                                       : QStringLiteral("Selecciona la instrucción");
     }
     void doAction(const QString& name) override {
-        if (!isValid()) return;
+        if (!isValid() || !leaveFocusedBox(view_->window(), view_)) return;
         view_->setCurrentRow(row_);
         if (name == toggleAction()) emit view_->prg_DblClick();
     }
