@@ -115,8 +115,9 @@ void measureRecording(const benchmarks::Program& program, std::uint64_t rows) {
     double best = 0;
     for (std::uint64_t round = 0; round < rounds; ++round) {
         const auto start = Clock::now();
-        record(recorder, *machine, host, rows / rounds);
-        best = std::max(best, static_cast<double>(rows / rounds) / secondsSince(start));
+        const std::uint64_t part = rows / rounds;
+        record(recorder, *machine, host, part);
+        best = std::max(best, static_cast<double>(part) / secondsSince(start));
     }
     std::printf("%-24s %6.1f million rows a second, %8.4f bytes a row\n", program.name, best / 1e6,
                 (residentBytes() - before) / static_cast<double>(rows));
