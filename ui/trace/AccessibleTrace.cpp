@@ -32,12 +32,14 @@ class GridCell : public QAccessibleInterface {
   public:
     GridCell(TraceView& view, int column) : view_(view), column_(column) {}
 
-    QObject* object() const override { return nullptr; }
-    QWindow* window() const override { return view_.window()->windowHandle(); }
-    QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&view_); }
-    QAccessibleInterface* child(int) const override { return nullptr; }
-    QAccessibleInterface* childAt(int, int) const override { return nullptr; }
-    int childCount() const override { return 0; }
+    [[nodiscard]] QObject* object() const override { return nullptr; }
+    [[nodiscard]] QWindow* window() const override { return view_.window()->windowHandle(); }
+    [[nodiscard]] QAccessibleInterface* parent() const override {
+        return QAccessible::queryAccessibleInterface(&view_);
+    }
+    [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+    [[nodiscard]] int childCount() const override { return 0; }
     int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     void setText(QAccessible::Text, const QString&) override {}
 
@@ -50,13 +52,13 @@ class HeaderCell final : public GridCell {
   public:
     using GridCell::GridCell;
 
-    bool isValid() const override { return true; }
-    QAccessible::Role role() const override { return QAccessible::ColumnHeader; }
-    QAccessible::State state() const override { return {}; }
-    QString text(QAccessible::Text what) const override {
+    [[nodiscard]] bool isValid() const override { return true; }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::ColumnHeader; }
+    [[nodiscard]] QAccessible::State state() const override { return {}; }
+    [[nodiscard]] QString text(QAccessible::Text what) const override {
         return what == QAccessible::Name ? headerText(column_) : QString();
     }
-    QRect rect() const override {
+    [[nodiscard]] QRect rect() const override {
         QRect cell = view_.cellRect({view_.firstRow(), column_});
         cell.setTop(0);
         cell.setHeight(view_.cellRect({view_.firstRow(), column_}).top());
@@ -68,27 +70,29 @@ class DataCell final : public GridCell, public QAccessibleTableCellInterface {
   public:
     DataCell(TraceView& view, const TraceView::Cell& cell) : GridCell(view, cell.column), cell_(cell) {}
 
-    bool isValid() const override { return cell_.row < view_.rowCount(); }
-    QAccessible::Role role() const override { return QAccessible::Cell; }
-    QAccessible::State state() const override;
-    QString text(QAccessible::Text what) const override {
+    [[nodiscard]] bool isValid() const override { return cell_.row < view_.rowCount(); }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Cell; }
+    [[nodiscard]] QAccessible::State state() const override;
+    [[nodiscard]] QString text(QAccessible::Text what) const override {
         if (what != QAccessible::Name || !isValid()) return {};
         return utf8(view_.cells(cell_.row)[static_cast<std::size_t>(column_)]).trimmed();
     }
-    QRect rect() const override { return onScreen(view_, view_.cellRect(cell_)); }
+    [[nodiscard]] QRect rect() const override { return onScreen(view_, view_.cellRect(cell_)); }
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type != QAccessible::TableCellInterface) return nullptr;
         return static_cast<QAccessibleTableCellInterface*>(this);
     }
 
-    bool isSelected() const override { return view_.isSelected(cell_.row); }
-    QList<QAccessibleInterface*> columnHeaderCells() const override { return {parent()->child(column_)}; }
-    QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
-    int columnIndex() const override { return column_; }
-    int rowIndex() const override;
-    int columnExtent() const override { return 1; }
-    int rowExtent() const override { return 1; }
-    QAccessibleInterface* table() const override { return parent(); }
+    [[nodiscard]] bool isSelected() const override { return view_.isSelected(cell_.row); }
+    [[nodiscard]] QList<QAccessibleInterface*> columnHeaderCells() const override {
+        return {parent()->child(column_)};
+    }
+    [[nodiscard]] QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
+    [[nodiscard]] int columnIndex() const override { return column_; }
+    [[nodiscard]] int rowIndex() const override;
+    [[nodiscard]] int columnExtent() const override { return 1; }
+    [[nodiscard]] int rowExtent() const override { return 1; }
+    [[nodiscard]] QAccessibleInterface* table() const override { return parent(); }
 
   private:
     const TraceView::Cell cell_;
