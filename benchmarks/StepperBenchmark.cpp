@@ -5,23 +5,13 @@
 #include <cstdio>
 #include <memory>
 
+#include "benchmarks/PlainHost.h"
 #include "benchmarks/Programs.h"
 #include "machine/Stepper.h"
 
 using namespace tavinor;
 
 namespace {
-
-class PlainHost final : public Host {
-  public:
-    explicit PlainHost(MachineState& machine) : machine_(machine) {}
-    void savmem(std::int32_t dir, std::int32_t dat) override { machine_.storeMemory(dir, dat); }
-    void savport(std::int32_t dir, std::int32_t dat) override { machine_.storePort(dir, dat); }
-    void halt() override {}
-
-  private:
-    MachineState& machine_;
-};
 
 /// The best of several rounds: what else the computer does only ever slows one down.
 double bestRate(MachineState& machine, Host& host) {
@@ -44,7 +34,7 @@ int main() {
     for (const benchmarks::Program& program : benchmarks::endlessPrograms()) {
         const auto machine = std::make_unique<MachineState>();
         benchmarks::place(program, *machine);
-        PlainHost host(*machine);
+        benchmarks::PlainHost host(*machine);
         std::printf("%-20s %6.0f million instructions a second\n", program.name,
                     bestRate(*machine, host) / 1e6);
     }

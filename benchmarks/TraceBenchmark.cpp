@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "benchmarks/PlainHost.h"
 #include "benchmarks/Programs.h"
 #include "machine/Stepper.h"
 #include "ui/trace/TraceRecorder.h"
@@ -34,17 +35,6 @@ double residentBytes() {
     statm >> total >> resident;
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
-
-class PlainHost final : public Host {
-  public:
-    explicit PlainHost(MachineState& machine) : machine_(machine) {}
-    void savmem(std::int32_t dir, std::int32_t dat) override { machine_.storeMemory(dir, dat); }
-    void savport(std::int32_t dir, std::int32_t dat) override { machine_.storePort(dir, dat); }
-    void halt() override {}
-
-  private:
-    MachineState& machine_;
-};
 
 ShownBoxes shown(const MachineState& machine) {
     return {machine, machine.mem[static_cast<std::size_t>(machine.HL)]};
@@ -108,7 +98,7 @@ void measureRecording(const benchmarks::Program& program, std::uint64_t rows) {
     const auto machine = std::make_unique<MachineState>();
     fillMemory(*machine);
     benchmarks::place(program, *machine);
-    PlainHost host(*machine);
+    benchmarks::PlainHost host(*machine);
     TraceRecorder recorder;
     record(recorder, *machine, host, 200'000);  // fixed costs
     const double before = residentBytes();
@@ -127,7 +117,7 @@ void measureReading(std::uint64_t rows) {
     const auto machine = std::make_unique<MachineState>();
     fillMemory(*machine);
     benchmarks::place(tracedPrograms().back(), *machine);
-    PlainHost host(*machine);
+    benchmarks::PlainHost host(*machine);
     TraceRecorder recorder;
     record(recorder, *machine, host, rows);
     double slowest = 0;
