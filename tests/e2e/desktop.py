@@ -134,8 +134,9 @@ class Program:
 
         return wait_for(f"the dialog {title!r}", look)
 
-    def message(self, text):
-        """Waits for a message box that says `text`, and presses its default button."""
+    def message(self, text, over=None):
+        """Waits for a message box that says `text`, and presses its default button. `over` is the window that
+        it stands over, by default the main one."""
 
         def look():
             window = self.dialog("Tavinor")
@@ -144,11 +145,11 @@ class Program:
         window = wait_for(f"the message {text!r}", look)
         time.sleep(0.1)
         key("Return")
-        self.wait_until_gone(window)
+        self.wait_until_gone(window, over)
 
-    def wait_until_gone(self, window):
+    def wait_until_gone(self, window, over=None):
         wait_for("the end of a dialog", lambda: not has(window, pyatspi.STATE_SHOWING))
-        wait_for("the main window", lambda: has(self.frame, pyatspi.STATE_ACTIVE))
+        wait_for("the window below", lambda: has(over or self.frame, pyatspi.STATE_ACTIVE))
 
     def text(self, name):
         content = self.find(name, "text").queryText()

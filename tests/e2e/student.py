@@ -129,6 +129,32 @@ def types_in_a_run(p, _examples):
     p.find("Ejecutar", "push button")
 
 
+def halts_again_at_once(p, _examples):
+    """A halt dialog that comes back before the window system has seen it go is the same dialog still."""
+    p.type_into("Dirección de la instrucción", "0000")
+    write("76")
+    key("Tab")
+    key("alt+j")
+    for _ in range(3):
+        dialog = p.dialog("Tavinor")
+        p.find("Programa Parado por instrucción HLT", within=dialog)
+        key("Return")  # RESET, and the run goes on
+        time.sleep(0.3)
+    dialog = p.dialog("Tavinor")
+    key("Tab")
+    write("qq")
+    key("Return")
+    p.message("Valor incorrecto", over=dialog)
+    vector = p.find("Vector de INTR", "text", within=dialog).queryText()
+    check("the vector", lambda: vector.getText(0, vector.characterCount), "qq")
+    write("5")
+    p.click(p.find("Continuar ejecución", within=dialog))
+    p.click(p.find("Aceptar", "push button", within=dialog))
+    p.wait_until_gone(dialog)
+    p.find("Ejecutar", "push button")
+    check("the vector", lambda: p.text("Vector de INTR"), "05")
+
+
 SCENES = [
     steps_through_the_sum,
     breaks_and_halts,
@@ -136,6 +162,7 @@ SCENES = [
     edits,
     refuses_a_bad_file,
     types_in_a_run,
+    halts_again_at_once,
 ]
 
 

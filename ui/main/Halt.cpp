@@ -1,5 +1,6 @@
 #include "ui/main/Halt.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QHBoxLayout>
@@ -92,7 +93,11 @@ void Halt::layOut() {
 void Halt::ask() {
     QEventLoop loop;
     const QScopedValueRollback<QEventLoop*> mine(showing_, &loop);
+    if (place_) move(*place_);
     show();
+    // Shown again before the window system has noticed that it was hidden, the dialog would count as
+    // inactive, and its box could be typed in without ever being entered.
+    QApplication::setActiveWindow(this);
     loop.exec();
 }
 
@@ -110,6 +115,7 @@ void Halt::closeEvent(QCloseEvent* event) {
 
 void Halt::aceptar_Click() {
     QEventLoop* showing = showing_;
+    place_ = pos();
     hide();
     for (int i = 0; i < optionCount; ++i) {
         if (opt[static_cast<std::size_t>(i)]->isChecked()) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QDialog>
+#include <QPoint>
 #include <QString>
 #include <array>
+#include <optional>
 
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
@@ -57,6 +59,7 @@ class Halt : public QDialog {
     CommandCheckBox* eje;
     CommandButton* aceptar;
     QEventLoop* showing_ = nullptr;
+    std::optional<QPoint> place_;  // where it was left: it comes back there
 };
 
 }  // namespace tavinor
