@@ -73,6 +73,17 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->firstRow() + static_cast<std::uint64_t>(lista_->visibleRows()), std::uint64_t{100});
     }
 
+    /// The bar that a narrow window needs takes nothing from the newest rows.
+    void aNarrowAndLowWindowShowsTheNewestRows() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        window_->resize(window_->minimumSizeHint());
+        QTRY_VERIFY(lista_->horizontalScrollBar()->isVisible());
+        record(1);
+        QVERIFY(lista_->visibleRows() >= 10);
+        QCOMPARE(lista_->firstRow() + static_cast<std::uint64_t>(lista_->visibleRows()), std::uint64_t{101});
+    }
+
     void keysMoveTheCurrentCell() {
         QVERIFY(showActive(window_.get()));
         record(99);
