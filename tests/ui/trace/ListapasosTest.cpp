@@ -224,6 +224,20 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->rowCount(), std::uint64_t{2});  // a fresh list, with its state row
     }
 
+    void closedAndOpenedAgainNothingIsSelected() {
+        QVERIFY(showActive(window_.get()));
+        record(29);
+        clickCell(25, 3);
+        DialogAnswerer dialogs;
+        dialogs.expectQuestion(closeQuestion, yesNo, QMessageBox::Yes);
+        clickMenu("cerrar");
+        record(40);
+        window_->open();
+        QVERIFY(!lista_->current());
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{0});
+        QCOMPARE(lista_->rowCount(), std::uint64_t{41});
+    }
+
     void hiddenItKeepsItsRows() {
         QVERIFY(showActive(window_.get()));
         record(5);
