@@ -80,9 +80,13 @@ void Listapasos::save(const QString& path) {
     }
 }
 
-void Listapasos::borrar_Click() {
+void Listapasos::clear() {
     recorder_.clear();
-    lista->bringUpToDate();
+    lista->bringUpToDate();  // at once: the rows that come next are others, and none of them is selected
+}
+
+void Listapasos::borrar_Click() {
+    clear();
 }
 
 void Listapasos::cerrar_Click() {
@@ -99,7 +103,7 @@ void Listapasos::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    recorder_.clear();
+    clear();
     event->accept();
 }
 

@@ -37,6 +37,7 @@ class Listapasos : public QMainWindow {
 
   private:
     void makeMenus();
+    void clear();
     void salvar_Click();
     void borrar_Click();
     void cerrar_Click();

@@ -1,5 +1,7 @@
 #include "ui/trace/TraceFile.h"
 
+#include <algorithm>
+#include <new>
 #include <string_view>
 
 #include "ui/trace/TraceStore.h"
@@ -28,10 +30,14 @@ bool TraceFile::open() {
 
 bool TraceFile::writeMore() {
     const std::uint64_t count = std::min(portion, rows_ - next_);
-    store_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
-        appendLine(text_, row, texts);
-        text_ += lineEnd;
-    });
+    try {
+        store_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
+            appendLine(text_, row, texts);
+            text_ += lineEnd;
+        });
+    } catch (const std::bad_alloc&) {
+        return false;  // a trace may have taken nearly all the memory
+    }
     next_ += count;
     return write();
 }

@@ -83,9 +83,10 @@ QSize TraceView::sizeHint() const {
     return sizeFor(newestRows);
 }
 
-/// Fewer columns can be scrolled; the newest rows must all fit.
+/// Fewer columns can be scrolled; the newest rows must all fit, above the bar that scrolls the columns.
 QSize TraceView::minimumSizeHint() const {
-    return {columnLefts_[firstRegisterColumn], sizeFor(newestRows).height()};
+    return {columnLefts_[firstRegisterColumn],
+            sizeFor(newestRows).height() + horizontalScrollBar()->sizeHint().height()};
 }
 
 std::uint64_t TraceView::rowCount() const {

@@ -73,6 +73,17 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->firstRow() + static_cast<std::uint64_t>(lista_->visibleRows()), std::uint64_t{100});
     }
 
+    /// The bar that a narrow window needs takes nothing from the newest rows.
+    void aNarrowAndLowWindowShowsTheNewestRows() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        window_->resize(window_->minimumSizeHint());
+        QTRY_VERIFY(lista_->horizontalScrollBar()->isVisible());
+        record(1);
+        QVERIFY(lista_->visibleRows() >= 10);
+        QCOMPARE(lista_->firstRow() + static_cast<std::uint64_t>(lista_->visibleRows()), std::uint64_t{101});
+    }
+
     void keysMoveTheCurrentCell() {
         QVERIFY(showActive(window_.get()));
         record(99);
@@ -211,6 +222,20 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         record(1);
         QVERIFY(!window_->isVisible());
         QCOMPARE(lista_->rowCount(), std::uint64_t{2});  // a fresh list, with its state row
+    }
+
+    void closedAndOpenedAgainNothingIsSelected() {
+        QVERIFY(showActive(window_.get()));
+        record(29);
+        clickCell(25, 3);
+        DialogAnswerer dialogs;
+        dialogs.expectQuestion(closeQuestion, yesNo, QMessageBox::Yes);
+        clickMenu("cerrar");
+        record(40);
+        window_->open();
+        QVERIFY(!lista_->current());
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{0});
+        QCOMPARE(lista_->rowCount(), std::uint64_t{41});
     }
 
     void hiddenItKeepsItsRows() {

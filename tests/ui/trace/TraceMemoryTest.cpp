@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "tests/ui/trace/TracedMachine.h"
+#include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceRecorder.h"
 #include "ui/trace/TraceText.h"
 
@@ -153,6 +156,27 @@ TEST(TraceMemory, RefusedAtAnyPlaceSpoilsNoRow) {
         fewest = std::min(fewest, before.size());
     }
     EXPECT_LT(fewest, 10U);  // there were refusals
+}
+
+/// Saving unpacks rows and puts their text together, which takes memory of its own.
+TEST(TraceMemory, RefusedWhileSavingEndsTheSaving) {
+    TraceRecorder recorder([] { return plenty; });
+    TracedMachine traced(recorder);
+    traced.steps(100);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("lista.txt");
+    TraceFile file(recorder.store(), path);
+    ASSERT_TRUE(file.open());
+    allocationsLeft = 0;
+    const bool written = file.writeMore();
+    allocationsLeft = -1;
+    EXPECT_FALSE(written);
+    EXPECT_TRUE(file.close());
+    std::string header;
+    appendHeaderLine(header);
+    QFile saved(path);
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_EQ(saved.readAll().toStdString(), header + "\r\n");
 }
 
 }  // namespace
