@@ -176,6 +176,7 @@ void Principal::savport(std::int32_t dir, std::int32_t dat) {
 
 void Principal::halt() {
     bringUpToDate();
+    trace_->bringUpToDate();  // the row of this HLT is there already
     heldPaints_.letGo();
     halt_->ask();
     if (!halt_->continues() && commands_->running()) Ejecutar_Click();
@@ -256,7 +257,10 @@ bool Principal::eventFilter(QObject* watched, QEvent* event) {
     const bool runTurns = QThread::currentThread()->loopLevel() == runLevel_;
     if (runTurns && heldPaints_.hold(watched, event)) return true;
     bringUpToDate();
-    if (!runTurns) heldPaints_.letGo();
+    if (!runTurns) {
+        trace_->bringUpToDate();
+        heldPaints_.letGo();
+    }
     return QMainWindow::eventFilter(watched, event);
 }
 

@@ -211,6 +211,23 @@ class TracedRunTest : public QObject {
         QVERIFY(trace_->recorder().store().size() > saved);  // and the run went on
     }
 
+    /// While the halt dialog waits, its HLT is the newest row already.
+    void aHaltShowsItsOwnRow() {
+        load(":010000007689\n:00000001FF\n");
+        clickLista();
+        principal_->activateWindow();
+        QVERIFY(waitActive(principal_.get()));
+        for (std::uint64_t rows = 2; rows < 14; ++rows) {
+            DialogAnswerer dialogs;
+            dialogs.expectWindow("Halt", [&](QWidget* dialog) {
+                QCOMPARE(lista_->rowCount(), rows);
+                QCOMPARE(lista_->firstRow(), rows > 10 ? rows - 10 : 0);
+                clickIn(dialog->findChild<QWidget*>("aceptar"));  // RESET: PC is 0000 again
+            });
+            clickIn(Eje_paso_);
+        }
+    }
+
     void closingTheMainWindowHidesIt() {
         load(endlessLoop);
         clickIn(Eje_paso_);
