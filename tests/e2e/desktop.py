@@ -67,11 +67,16 @@ def write(text):
         xdotool("type", "--delay", 8, line)
 
 
-def walk(node):
+def children(node):
+    """Those that are still there when they are looked at."""
     for i in range(node.childCount):
         child = node.getChildAtIndex(i)
-        if child is None:
-            continue
+        if child is not None:
+            yield child
+
+
+def walk(node):
+    for child in children(node):
         yield child
         if child.getRoleName() not in DO_NOT_ENTER:
             yield from walk(child)
@@ -110,9 +115,9 @@ class Program:
         """The windows on the screen."""
         if self.process.poll() is not None:
             raise Failure(f"the program has ended with {self.process.returncode}")
-        for application in pyatspi.Registry.getDesktop(0):
-            if application is not None and application.get_process_id() == self.process.pid:
-                return [window for window in application if has(window, pyatspi.STATE_SHOWING)]
+        for application in children(pyatspi.Registry.getDesktop(0)):
+            if application.get_process_id() == self.process.pid:
+                return [window for window in children(application) if has(window, pyatspi.STATE_SHOWING)]
         return []
 
     def ready(self):
@@ -205,11 +210,11 @@ class Program:
         return content.getText(0, content.characterCount)
 
     def rows(self):
-        return [row.name for row in self.find("Listado del programa")]
+        return [row.name for row in children(self.find("Listado del programa"))]
 
     def row(self, address):
         """The listing row of an address."""
-        for row in self.find("Listado del programa"):
+        for row in children(self.find("Listado del programa")):
             if row.name.startswith(address):
                 return row
         raise Failure(f"the listing has no row {address}")
