@@ -174,7 +174,7 @@ class Program:
         return wait_for(f"the dialog {title!r}", look)
 
     def answer(self, text, button=None):
-        """Waits for a message box that says `text`, and presses its default button or the one of that name."""
+        """Waits for a message box that says `text`, and presses the button of a name, or the default one."""
 
         def look():
             for window in self._showing():
