@@ -6,9 +6,9 @@ Usage: student.py program examples-folder
 import os
 import sys
 import time
-import traceback
+from functools import partial
 
-from desktop import Failure, Program, check, key, walk, write, xdotool
+from desktop import Failure, Program, check, key, play_all, walk, write
 
 import pyatspi
 
@@ -103,10 +103,7 @@ def edits(p, _examples):
 def refuses_a_bad_file(p, examples):
     path = os.path.join(examples, "01-suma.asm")
     p.click("Cargar fichero HEX")
-    p.dialog("Cargar fichero .HEX")
-    time.sleep(0.1)
-    write(path)
-    key("Return")
+    p.choose_file("Cargar fichero .HEX", path)
     p.message(f"Error en fichero {path}.\nFormato incorrecto.")
     p.click("Cargar fichero HEX")
     dialog = p.dialog("Cargar fichero .HEX")
@@ -144,9 +141,9 @@ def halts_again_at_once(p, _examples):
     key("Tab")
     write("qq")
     key("Return")
-    p.message("Valor incorrecto", over=dialog)
-    vector = p.find("Vector de INTR", "text", within=dialog).queryText()
-    check("the vector", lambda: vector.getText(0, vector.characterCount), "qq")
+    p.answer("Valor incorrecto")
+    p.wait_until_active(dialog)
+    check("the vector", lambda: p.text("Vector de INTR", within=dialog), "qq")
     write("5")
     p.click(p.find("Continuar ejecución", within=dialog))
     p.click(p.find("Aceptar", "push button", within=dialog))
@@ -168,25 +165,14 @@ SCENES = [
 
 def play(scene, program, examples):
     with Program(program) as p:
-        scene(p, examples)
+        scene(p.ready(), examples)
         p.close()
         p.expect_end()
 
 
 def main():
     program, examples = map(os.path.abspath, sys.argv[1:3])
-    failed = 0
-    for scene in SCENES:
-        start = time.monotonic()
-        try:
-            play(scene, program, examples)
-        except Failure:
-            failed += 1
-            traceback.print_exc(limit=-2)
-            print(f"FAILED {scene.__name__}")
-        else:
-            print(f"passed {scene.__name__} ({time.monotonic() - start:.1f} s)")
-    return 1 if failed else 0
+    return play_all({scene.__name__: partial(play, scene, program, examples) for scene in SCENES})
 
 
 if __name__ == "__main__":
