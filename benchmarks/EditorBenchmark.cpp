@@ -1,0 +1,70 @@
+// The editor with a file of 10 MB: how long it takes to open, and what a key costs.
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+
+#include "benchmarks/Sources.h"
+#include "ui/common/Translations.h"
+#include "ui/editor/Editor.h"
+
+using namespace tavinor;
+
+namespace {
+
+constexpr int keys = 200;
+
+/// Types `path` into the file dialog that comes, and starts the timer as it is accepted.
+void answerFileDialog(const QString& path, QElapsedTimer& timer) {
+    QTimer::singleShot(300, [path, &timer] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) std::abort();
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+        timer.start();
+        static_cast<QDialog*>(dialog)->accept();
+    });
+}
+
+QString sourceOf10Megabytes(const QTemporaryDir& folder) {
+    QString path = folder.filePath("programa.asm");
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) std::abort();
+    const QByteArray source = QByteArray::fromStdString(benchmarks::source(100'000));
+    while (file.size() < 10'000'000) file.write(source);
+    return path;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    installSpanish(application);
+    const QTemporaryDir folder;
+    const QString path = sourceOf10Megabytes(folder);
+    Editor editor;
+    QElapsedTimer timer;
+    answerFileDialog(path, timer);
+    editor.openFromPrincipal(nullptr);
+    QCoreApplication::processEvents();
+    auto* text = editor.findChild<QPlainTextEdit*>("texto");
+    std::printf("opening %.1f MB       %6lld ms, %d lines\n", static_cast<double>(QFile(path).size()) / 1e6,
+                static_cast<long long>(timer.elapsed()), text->blockCount());
+    timer.start();
+    for (int i = 0; i < keys; ++i) {
+        QTest::keyClick(text, Qt::Key_A);
+        QCoreApplication::processEvents();
+    }
+    std::printf("a key                 %6.2f ms with its painting\n",
+                static_cast<double>(timer.elapsed()) / keys);
+    std::fflush(stdout);
+    std::_Exit(0);  // the text has changed: closing would ask
+}
