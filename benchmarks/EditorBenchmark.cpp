@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
@@ -13,7 +15,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "benchmarks/Sources.h"
 #include "ui/common/Translations.h"
 #include "ui/editor/Editor.h"
 
@@ -34,12 +35,18 @@ void answerFileDialog(const QString& path, QElapsedTimer& timer) {
     });
 }
 
+/// The example programs one after the other, again and again: lines as long as real ones.
 QString sourceOf10Megabytes(const QTemporaryDir& folder) {
+    QByteArray examples;
+    for (const QFileInfo& info : QDir(TAVINOR_EXAMPLES).entryInfoList({"*.asm"})) {
+        QFile example(info.filePath());
+        if (!example.open(QIODevice::ReadOnly)) std::abort();
+        examples += example.readAll();
+    }
     QString path = folder.filePath("programa.asm");
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) std::abort();
-    const QByteArray source = QByteArray::fromStdString(benchmarks::source(100'000));
-    while (file.size() < 10'000'000) file.write(source);
+    if (examples.isEmpty() || !file.open(QIODevice::WriteOnly)) std::abort();
+    while (file.size() < 10'000'000) file.write(examples);
     return path;
 }
 
