@@ -6,17 +6,13 @@
 #include <QScrollBar>
 #include <utility>
 
-#include "machine/HexText.h"
 #include "machine/MachineState.h"
 #include "ui/common/Fonts.h"
+#include "ui/common/HexString.h"
 
 namespace tavinor {
 
 namespace {
-
-QString hexText(int value, int digits) {
-    return QString::fromStdString(hexa(value, digits));
-}
 
 std::int32_t addressOf(const QModelIndex& index) {
     return index.row() * ByteGridModel::columns + index.column();
@@ -42,7 +38,7 @@ QVariant ByteGridModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole: return cellText(address);
         case Qt::TextAlignmentRole: return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
         case Qt::AccessibleTextRole:
-            return hexText(address, digits_) + QStringLiteral(": ") + cellText(address);
+            return hexString(address, digits_) + QStringLiteral(": ") + cellText(address);
         default: return {};
     }
 }
@@ -50,8 +46,8 @@ QVariant ByteGridModel::data(const QModelIndex& index, int role) const {
 QVariant ByteGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole) return {};
-    if (orientation == Qt::Vertical) return hexText(section * columns, digits_);
-    return QStringLiteral(" ") + hexText(section, 1);
+    if (orientation == Qt::Vertical) return hexString(section * columns, digits_);
+    return QStringLiteral(" ") + hexString(section, 1);
 }
 
 void ByteGridModel::setCell(std::int32_t address, std::uint8_t byte) {
@@ -64,7 +60,7 @@ bool ByteGridModel::takeChanged() {
 }
 
 QString ByteGridModel::cellText(std::int32_t address) const {
-    return hexText(bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))], 2);
+    return hexString(bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))], 2);
 }
 
 ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)

@@ -175,8 +175,7 @@ void Principal::savport(std::int32_t dir, std::int32_t dat) {
 }
 
 void Principal::halt() {
-    bringUpToDate();
-    trace_->bringUpToDate();  // the row of this HLT is there already
+    showAll();  // in the trace, the row of this HLT is there already
     heldPaints_.letGo();
     halt_->ask();
     if (!halt_->continues() && commands_->running()) Ejecutar_Click();
@@ -245,8 +244,7 @@ void Principal::yield() {
 
 /// The requests to paint that the views post here are held back like all others, and let go at once.
 void Principal::paintFrame() {
-    bringUpToDate();
-    trace_->bringUpToDate();
+    showAll();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
     heldPaints_.letGo();
 }
@@ -266,14 +264,12 @@ bool Principal::eventFilter(QObject* watched, QEvent* event) {
 
 void Principal::Eje_paso_Click() {
     executeOne();
-    bringUpToDate();
-    trace_->bringUpToDate();
+    showAll();
 }
 
 void Principal::regen() {
     noteValues();
-    bringUpToDate();
-    trace_->bringUpToDate();
+    showAll();
 }
 
 void Principal::noteValues() {
@@ -284,6 +280,11 @@ void Principal::noteValues() {
     stack_->note(machine_.SP);
     viewsBehind_ = true;
     if (registers_->edited()) bringUpToDate();  // a refresh overwrites what is being typed
+}
+
+void Principal::showAll() {
+    bringUpToDate();
+    trace_->bringUpToDate();
 }
 
 void Principal::bringUpToDate() {

@@ -97,7 +97,10 @@ class Principal : public QMainWindow, private Host {
     /// Refreshes every view.
     void regen();
     void noteValues();
+    /// Brings the widgets of this window up to date with the noted values.
     void bringUpToDate();
+    /// The same, and the trace window, which otherwise follows at the pace of the screen.
+    void showAll();
 
     void enterMemoryByte(std::int32_t address, int byte);
     void enterSelectedByte(std::int32_t address, int byte);
