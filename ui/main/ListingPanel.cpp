@@ -17,12 +17,10 @@ namespace tavinor {
 
 namespace {
 
-constexpr int breakpointColumn = 4;
-
 /// What a screen reader adds to a row's text.
 QString spokenRow(const QString& text, bool isProgramCounter) {
     QString spoken = text;
-    if (text.at(breakpointColumn) == '*') spoken += QStringLiteral(", punto de ruptura");
+    if (text.at(ListingView::breakpointColumn) == '*') spoken += QStringLiteral(", punto de ruptura");
     if (isProgramCounter) spoken += QStringLiteral(", contador de programa");
     return spoken;
 }

@@ -17,6 +17,8 @@ class ListingView : public QListWidget {
   public:
     /// The row of the program counter is marked, with or without the selection; -1 = none shows it.
     static constexpr int programCounterRole = Qt::UserRole;
+    /// Where a row has its "*" or a blank.
+    static constexpr int breakpointColumn = 4;
 
     explicit ListingView(QWidget* parent);
 

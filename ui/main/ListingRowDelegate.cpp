@@ -10,7 +10,6 @@ namespace tavinor {
 
 namespace {
 
-constexpr int breakpointColumn = 4;
 constexpr int longestRow = 29;  // address, mark, bytes, blanks and "LXI SP,palabra"
 
 /// The gutter's two places: one for the triangle, one for the disc.
@@ -62,7 +61,8 @@ void ListingRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     if (isProgramCounter) paintTriangle(painter, gutter.programCounter, ink);
-    if (text.size() > breakpointColumn && text.at(breakpointColumn) == '*') {
+    constexpr int mark = ListingView::breakpointColumn;
+    if (text.size() > mark && text.at(mark) == '*') {
         paintDisc(painter, gutter.breakpoint, row.palette);
     }
     QFont font = row.font;
