@@ -51,7 +51,7 @@ Editor::Editor(QWidget* parent)
     setCentralWidget(texto);
     makeMenus();
     busqueda_ = new Busqueda(texto, Buscarsiguiente, this);
-    connect(texto, &QPlainTextEdit::textChanged, this, [this] { changed_ = true; });
+    connect(texto, &SourceEdit::edited, this, [this] { changed_ = true; });
     connect(texto, &SourceEdit::touched, this, &Editor::refreshEdicion);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
     constexpr int columns = 90;

@@ -5,8 +5,11 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QTextDocument>
+#include <QTimerEvent>
 #include <memory>
+#include <utility>
 
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
@@ -16,10 +19,23 @@ namespace tavinor {
 namespace {
 
 constexpr int tabColumns = 8;
+constexpr qsizetype pieceSize = qsizetype{256} * 1024;  // characters: what comes in between two paints
 
 /// Inside the toolkit a line ends in a paragraph separator.
 QString withLineFeeds(QString text) {
     return text.replace(QChar(QChar::ParagraphSeparator), QChar(QChar::LineFeed));
+}
+
+/// Whether the event may change the text, or depends on where it ends.
+bool needsWholeText(const QEvent& event) {
+    switch (event.type()) {
+        case QEvent::KeyPress:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::ContextMenu: return true;
+        default: return false;
+    }
 }
 
 }  // namespace
@@ -35,18 +51,73 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setMouseTracking(true);
     connect(this, &QPlainTextEdit::selectionChanged, this, &SourceEdit::touched);
+    connect(this, &QPlainTextEdit::textChanged, this, [this] {
+        if (!settingSource_) emit edited();
+    });
 }
 
 /// Not `toPlainText`, which turns no-break spaces into plain ones.
-QString SourceEdit::source() const {
+QString SourceEdit::source() {
+    fill();
     return withLineFeeds(document()->toRawText());
 }
 
 void SourceEdit::setSource(const QString& text) {
-    setPlainText(text);
+    arriving_ = text;
+    arriving_.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace('\r', '\n');
+    arrived_ = 0;
+    const QScopedValueRollback setting(settingSource_, true);
+    setPlainText(nextPiece());
+    // A piece must not become a step of undo; until the last one has come there is nothing to undo.
+    setUndoRedoEnabled(false);
+    filling_.start(0, this);
+    if (arrived_ == arriving_.size()) fill();
+}
+
+/// Whole lines, so that no two pieces share one.
+QString SourceEdit::nextPiece() {
+    const qsizetype lineEnd = arriving_.indexOf('\n', arrived_ + pieceSize);
+    const qsizetype end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
+    return arriving_.mid(std::exchange(arrived_, end), end - arrived_);
+}
+
+void SourceEdit::addPiece() {
+    const QScopedValueRollback setting(settingSource_, true);
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(nextPiece());
+}
+
+void SourceEdit::fill() {
+    if (!isFilling()) return;
+    while (arrived_ < arriving_.size()) addPiece();
+    filling_.stop();
+    arriving_.clear();
+    arrived_ = 0;
+    setUndoRedoEnabled(true);
+}
+
+void SourceEdit::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != filling_.timerId()) {
+        QPlainTextEdit::timerEvent(event);
+        return;
+    }
+    addPiece();
+    if (arrived_ == arriving_.size()) fill();
+}
+
+bool SourceEdit::viewportEvent(QEvent* event) {
+    if (needsWholeText(*event)) fill();
+    return QPlainTextEdit::viewportEvent(event);
+}
+
+void SourceEdit::insertFromMimeData(const QMimeData* source) {
+    fill();
+    QPlainTextEdit::insertFromMimeData(source);
 }
 
 void SourceEdit::select(qsizetype start, qsizetype length) {
+    fill();
     QTextCursor cursor(document());
     cursor.setPosition(static_cast<int>(start));
     cursor.setPosition(static_cast<int>(start + length), QTextCursor::KeepAnchor);
@@ -63,6 +134,7 @@ bool SourceEdit::event(QEvent* event) {
         event->ignore();
         return true;
     }
+    if (needsWholeText(*event)) fill();
     return QPlainTextEdit::event(event);
 }
 

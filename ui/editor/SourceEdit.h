@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QKeySequence>
 #include <QList>
 #include <QPlainTextEdit>
@@ -8,7 +9,9 @@
 namespace tavinor {
 
 /// The text box of the editor: fixed-width, unwrapped, tab stops every eight columns. A line end counts as
-/// one character.
+/// one character. The toolkit takes a microsecond or more for each line, so a long text is in view at once
+/// and comes in by pieces while nothing else is going on; whoever types, clicks or reads finds all of it
+/// there.
 class SourceEdit : public QPlainTextEdit {
     Q_OBJECT
 
@@ -16,8 +19,9 @@ class SourceEdit : public QPlainTextEdit {
     SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent);
 
     /// The whole text, to the letter, with LF between its lines.
-    [[nodiscard]] QString source() const;
+    [[nodiscard]] QString source();
     /// Puts another text in place of the whole one; it cannot be undone. Any kind of line end is taken.
+    /// Silent.
     void setSource(const QString& text);
 
     [[nodiscard]] bool hasSelection() const { return textCursor().hasSelection(); }
@@ -26,12 +30,17 @@ class SourceEdit : public QPlainTextEdit {
     /// Selects and scrolls into view; `start` counts from 0.
     void select(qsizetype start, qsizetype length);
 
+    /// Whether the end of the text is still to come into the box.
+    [[nodiscard]] bool isFilling() const { return filling_.isActive(); }
+
     /// Keys that the menus act on also while the text has the focus, whatever the text box does with them.
     void leaveToMenus(const QList<QKeySequence>& keys) { menuKeys_ = keys; }
 
   signals:
     /// The box got the focus, a key was pressed in it, the mouse moved over it, or its selection changed.
     void touched();
+    /// The user changed the text.
+    void edited();
 
   protected:
     bool event(QEvent* event) override;
@@ -40,12 +49,22 @@ class SourceEdit : public QPlainTextEdit {
     void focusInEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void insertFromMimeData(const QMimeData* source) override;
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
   private:
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
     void setTabStops();
+    QString nextPiece();
+    void addPiece();
+    void fill();
 
+    QString arriving_;            ///< The text that is coming in by pieces.
+    qsizetype arrived_ = 0;       ///< How much of it has come.
+    QBasicTimer filling_;         ///< Runs until all of it has.
+    bool settingSource_ = false;  ///< A change of the text is none of the user's.
     QList<QKeySequence> menuKeys_;
 };
 

@@ -27,6 +27,21 @@ class EditorFilesTest : public QObject {
         QVERIFY(f.texto()->hasFocus());
     }
 
+    void aLongTextIsSavedWholeBeforeAllOfItCame() {
+        EditorFixture f;
+        const QByteArray bytes = QByteArray("\tMVI A,1\t; uno\r\n").repeated(50'000);
+        QVERIFY(f.open(f.put("short.asm", "HLT\r\n")));
+        f.put("long.asm", bytes);
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(EditorFixture::dialog("Cargar fichero .ASM"), f.path("long.asm"));
+        f.action("Abrir")->trigger();
+        QVERIFY(f.text().size() < bytes.size() / 2);
+        f.action("guardar")->trigger();
+        QCOMPARE(f.get("long.asm"), bytes + "\r\n");
+        QVERIFY(dialogs.allCame());
+        QVERIFY(f.editor.close());  // nothing has changed
+    }
+
     void cancellingTheFirstDialogShowsNothing() {
         EditorFixture f;
         DialogAnswerer dialogs;
