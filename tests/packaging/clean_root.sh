@@ -65,11 +65,12 @@ install_package() {
   apt-config dump Acquire::http Acquire::https Acquire::Check-Valid-Until Acquire::Check-Date \
     >"$root/etc/apt/apt.conf.d/90machine"
   cp "$build"/packages/tavinor_*.deb "$root/tavinor.deb"
-  find "$kept" -name '*.deb' -exec mv -t "$archives" {} +
+  find "$kept" -name '*.deb' -exec cp -t "$archives" {} +
   chroot "$root" apt-get update -qq
   chroot "$root" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends /tavinor.deb >"$kept/log" 2>&1 || fail "$(tail "$kept/log")"
   chroot "$root" apt-get autoclean -qq
+  rm -f "$kept"/*.deb
   find "$archives" -name '*.deb' -exec mv -t "$kept" {} +
 }
 
