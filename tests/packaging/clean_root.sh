@@ -17,6 +17,11 @@ debian_sources() {
     sed -nE "s,^Debian (deb .*http[^ ]* $codename(-updates|-security)? main\$),\1,p" | sort -u
 }
 
+# The mirror that the root itself comes from.
+mirror() {
+  debian_sources | sed -nE "s,.* (http[^ ]*) $codename main\$,\1,p" | head -1
+}
+
 outside() {
   [[ -f /etc/os-release && $(source /etc/os-release && echo "$ID") == debian ]] || skip "this is no Debian"
   mkdir -p "$kept"
@@ -28,7 +33,9 @@ outside() {
   need debootstrap zstd unshare setpriv Xvfb openbox xdotool dbus-run-session
   unshare --mount --pid --fork mount -t tmpfs tmpfs "$root" 2>/dev/null || skip "no file systems may be mounted here"
   [[ -n $(debian_sources) ]] || apt-get update -qq
-  [[ -n $(debian_sources) ]] || skip "apt knows no mirror of Debian"
+  [[ -n $(mirror) ]] || skip "apt knows no mirror of Debian"
+  /usr/lib/apt/apt-helper download-file "$(mirror)dists/$codename/Release" "$kept/Release" &>"$kept/log" ||
+    skip "the mirror of Debian does not answer: $(<"$kept/log")"
 
   setpriv --pdeathsig KILL unshare --mount --pid --ipc --fork --kill-child --mount-proc "$0" "$build" --inside &
   trap "kill -KILL $! 2>/dev/null || true" EXIT
@@ -41,13 +48,12 @@ unpack_root() {
   local archive=$kept/$codename.tar.zst
   mount -t tmpfs -o mode=755 tmpfs "$root"
   if [[ ! -f $archive ]]; then
-    local mirror options=(--variant=minbase) proxy
-    mirror=$(debian_sources | sed -nE "s,.* (http[^ ]*) $codename main\$,\1,p" | head -1)
-    [[ $mirror != https:* ]] || options+=(--include=ca-certificates)
+    local options=(--variant=minbase) proxy
+    [[ $(mirror) != https:* ]] || options+=(--include=ca-certificates)
     ! debian_sources | grep -qF trusted=yes || options+=(--no-check-gpg)
     proxy=$(apt-config dump --format '%v' Acquire::http::Proxy)
     [[ -z $proxy ]] || export http_proxy=$proxy
-    debootstrap "${options[@]}" "$codename" "$root" "$mirror" >"$kept/log" || fail "$(tail "$kept/log")"
+    debootstrap "${options[@]}" "$codename" "$root" "$(mirror)" >"$kept/log" || fail "$(tail "$kept/log")"
     chroot "$root" apt-get clean
     tar -C "$root" --one-file-system -cf "$archive.part" -I 'zstd -3 -T2' .
     mv "$archive.part" "$archive"

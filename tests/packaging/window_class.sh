@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# installed_window.sh PROGRAM: docks find the program's name and icon by the class of its windows, and show the icon
+# window_class.sh PROGRAM: docks find the program's name and icon by the class of its windows, and show the icon
 # that the windows carry. Debian packages: openbox, x11-utils, xdotool, xvfb.
 set -euo pipefail
 source "$(dirname "$0")/checks.sh"
