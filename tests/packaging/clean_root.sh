@@ -13,7 +13,7 @@ kept=$build/clean-root
 debian_sources() {
   local options=
   ! grep -rsqiE '^[^#]*trusted *[=:] *yes' /etc/apt/sources.list /etc/apt/sources.list.d || options='[trusted=yes] '
-  apt-get indextargets --format "\$(ORIGIN) deb $options\$(REPO_URI) \$(RELEASE) \$(COMPONENT)" 'Created-By: Packages' |
+  apt-get indextargets --format "\$(ORIGIN) deb $options\$(REPO_URI) \$(CODENAME) \$(COMPONENT)" 'Created-By: Packages' |
     sed -nE "s,^Debian (deb .*http[^ ]* $codename(-updates|-security)? main\$),\1,p" | sort -u
 }
 
@@ -102,7 +102,7 @@ if [[ ${2:-} != --inside ]]; then
   outside
 else
   trap 'exit 143' INT TERM
-  cd "$source_folder"
+  umask 022
   unpack_root
   install_package
   use_program

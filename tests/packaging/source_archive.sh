@@ -4,7 +4,7 @@ set -euo pipefail
 source "$(dirname "$0")/checks.sh"
 build=$1 version=$2
 need git
-git -C "$source_folder" rev-parse HEAD >/dev/null 2>&1 || skip "this is no checkout"
+[[ $(git -C "$source_folder" rev-parse --show-toplevel 2>/dev/null) == "$source_folder" ]] || skip "this is no checkout"
 in_scratch_folder
 
 name=tavinor-$version
