@@ -45,9 +45,10 @@ require_packages() {
   fi
 }
 
-# configure PRESET [OPTION...]: configures a build folder once; CMake itself notices later changes.
+# configure PRESET [OPTION...]: configures a build folder once, and when the presets have changed; CMake itself notices
+# all other changes.
 configure() {
   local preset=$1
   shift
-  [[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" "$@" >/dev/null
+  [[ build/$preset/build.ninja -nt CMakePresets.json ]] || cmake --preset "$preset" "$@" >/dev/null
 }

@@ -11,6 +11,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     tavinor::endWithoutWaiting(application, exitCode);
     QApplication::setApplicationName(QStringLiteral("tavinor"));
+    QApplication::setDesktopFileName(QStringLiteral("tavinor"));  // packaging/tavinor.desktop: name and icon
     QApplication::setWindowIcon(tavinor::applicationIcon());
     // The program ends by its farewell screen or its updater, not when one of its windows happens to be the
     // last.
