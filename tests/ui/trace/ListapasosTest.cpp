@@ -127,6 +127,40 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->selectedRows(), std::uint64_t{4});
     }
 
+    void draggingSelectsRowsAlsoBeyondTheEdges() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        QScrollBar* bar = lista_->verticalScrollBar();
+        bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+        QCOMPARE(lista_->firstRow(), std::uint64_t{80});
+        const auto cell = [this](std::uint64_t row) { return lista_->cellRect({row, 4}).center(); };
+        drag(lista_->viewport(), {cell(82), cell(84)});
+        QCOMPARE(*lista_->current(), (TraceView::Cell{84, 4}));
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{3});
+        const QPoint above(cell(82).x(), -30);
+        drag(lista_->viewport(), {cell(82), above, above + QPoint(1, 0)});
+        QCOMPARE(lista_->firstRow(), std::uint64_t{78});  // a row for each move
+        const QPoint below(cell(82).x(), lista_->viewport()->height() + 30);
+        drag(lista_->viewport(), {cell(82), below, below + QPoint(1, 0)});
+        QCOMPARE(lista_->firstRow(), std::uint64_t{80});
+        QCOMPARE(*lista_->current(), (TraceView::Cell{89, 4}));
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{8});
+    }
+
+    void aTextTooLongForItsColumnIsCutShort() {
+        QVERIFY(showActive(window_.get()));
+        record(3);
+        constexpr int columnC = 5;
+        traced_->type(2, "a text that somebody types");
+        record(1);
+        QVERIFY(lista_->cells(4)[columnC].size() > 2);
+        const auto picture = [this](std::uint64_t row, int column) {
+            return lista_->viewport()->grab(lista_->cellRect({row, column})).toImage();
+        };
+        QVERIFY(picture(4, columnC) != picture(0, columnC));
+        QCOMPARE(picture(4, columnC + 1), picture(0, columnC + 1));  // both are "00"
+    }
+
     void copiesTheSelectedRowsAsText() {
         QVERIFY(showActive(window_.get()));
         record(29);
@@ -165,10 +199,28 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->firstRow(), 80 - notch);
         bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         QCOMPARE(lista_->firstRow(), 81 - notch);
+        bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        QCOMPARE(lista_->firstRow(), 91 - notch);
+        bar->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        QCOMPARE(lista_->firstRow(), 90 - notch);
         bar->triggerAction(QAbstractSlider::SliderToMinimum);
         QCOMPARE(lista_->firstRow(), std::uint64_t{0});
         bar->setValue(45);  // as an assistive tool does
         QCOMPARE(lista_->firstRow(), std::uint64_t{45});
+    }
+
+    void theWheelScrollsTheColumnsOfANarrowWindow() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        window_->resize(window_->minimumSizeHint());
+        const QScrollBar* bar = lista_->horizontalScrollBar();
+        QTRY_VERIFY(bar->isVisible());
+        const std::uint64_t first = lista_->firstRow();
+        const int second = lista_->cellRect({first, 1}).left();
+        turnWheel(lista_->viewport(), -1, Qt::Horizontal);
+        QVERIFY(bar->value() > 0);
+        QCOMPARE(lista_->cellRect({first, 1}).left(), second - bar->value());
+        QCOMPARE(lista_->firstRow(), first);
     }
 
     void clearsWithoutAQuestion() {
