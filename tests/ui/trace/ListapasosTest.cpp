@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
@@ -24,6 +26,25 @@ class ListapasosTest : public QObject, private TraceWindowTest {
   private:
     [[nodiscard]] QString naiveLine(std::size_t row) const {
         return QString::fromStdString(naive_->line(row));
+    }
+    /// Right-clicks on a cell and chooses from the menu that opens.
+    void chooseAt(std::uint64_t row, const QString& command) {
+        QTimer whenOpen;
+        bool chosen = false;
+        whenOpen.callOnTimeout([&] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return;
+            whenOpen.stop();
+            for (QAction* action : menu->actions()) {
+                if (action->text() != command) continue;
+                chosen = true;
+                menu->setActiveAction(action);
+            }
+            QTest::keyClick(menu, chosen ? Qt::Key_Return : Qt::Key_Escape);
+        });
+        whenOpen.start(10);
+        clickAt(lista_->viewport(), lista_->cellRect({row, 2}).center(), Qt::RightButton);
+        QTRY_VERIFY(chosen);
     }
 
   private slots:
@@ -169,6 +190,29 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         press(Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(), naiveLine(21) + "\n" + naiveLine(22) + "\n");
         press(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{30});
+    }
+
+    void withoutASelectionNothingIsCopied() {
+        QVERIFY(showActive(window_.get()));
+        QApplication::clipboard()->setText("before");
+        press(Qt::Key_A, Qt::ControlModifier);  // of no rows
+        record(9);
+        press(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), QString("before"));
+    }
+
+    void theMenuIsAboutTheSelectionItIsOpenedOn() {
+        QVERIFY(showActive(window_.get()));
+        record(29);
+        clickCell(21, 0);
+        clickCell(23, 0, Qt::ShiftModifier);
+        chooseAt(22, "Copiar");
+        QCOMPARE(QApplication::clipboard()->text(),
+                 naiveLine(21) + "\n" + naiveLine(22) + "\n" + naiveLine(23) + "\n");
+        chooseAt(25, "Copiar");
+        QCOMPARE(QApplication::clipboard()->text(), naiveLine(25) + "\n");
+        chooseAt(25, "Seleccionar todo");
         QCOMPARE(lista_->selectedRows(), std::uint64_t{30});
     }
 
