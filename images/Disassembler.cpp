@@ -1,6 +1,10 @@
 #include "images/Disassembler.h"
 
+#include <cstddef>
+#include <string_view>
+
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
-#include "images/MnemonicTable.h"
 #include "machine/MachineState.h"
 
 namespace tavinor {
@@ -16,11 +12,6 @@ struct Instruction {
     std::string text;
     int length = 1;  ///< 1, 2 or 3 bytes
 };
-
-/// The length in bytes (1, 2 or 3) of the instruction that begins with `opcode`.
-constexpr int instructionLength(std::uint8_t opcode) {
-    return detail::lengths[opcode];
-}
 
 /// The instruction at `cp` (0..65535). Refreshes the mirror cells first, so that operands of an instruction
 /// at the top of memory come from 0000 and 0001.

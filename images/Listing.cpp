@@ -5,6 +5,7 @@
 
 #include "images/Disassembler.h"
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 

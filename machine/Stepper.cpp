@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "images/Disassembler.h"
 #include "machine/Alu.h"
 #include "machine/Interrupts.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 

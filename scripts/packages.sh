@@ -8,6 +8,16 @@ build_packages=(
 # What shows a window where there is no screen.
 display_packages=(openbox xvfb)
 
+# What the tests need.
+test_packages=(
+  at-spi2-core binutils clang-14 clang-format-14 clang-tidy-14 dbus git imagemagick libclang-rt-14-dev libgtest-dev
+  python3-pyatspi srecord x11-utils xauth xdotool
+  # What is packed, and what looks into the packages.
+  appstream debootstrap desktop-file-utils dpkg-dev librsvg2-bin lintian zstd
+)
+# For the independent assembler that ours is compared with.
+command -v npm >/dev/null || test_packages+=(nodejs npm)
+
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {
   local installed package

@@ -164,6 +164,17 @@ TEST(Observer, HearsOfLongTextsInPieces) {
     EXPECT_LT(observer.events.size(), 100U);
 }
 
+TEST(Observer, MayBeSilent) {
+    constexpr std::array<std::string_view, 2> disordered{"NOP^00", "CMA^2F"};
+    RecordingObserver observer;
+    AssemblyObserver nobody;
+    const AssemblyResult heard = assemble("a: NOP\n x", observer, disordered);
+    const AssemblyResult unheard = assemble("a: NOP\n x", nobody, disordered);
+    EXPECT_EQ(observer.messages, Events{"Error en tabla"});
+    EXPECT_EQ(unheard.report, heard.report);
+    EXPECT_EQ(unheard.listing, heard.listing);
+}
+
 TEST(Observer, HearsOfADisorderedTableBeforeAnythingElse) {
     constexpr std::array<std::string_view, 4> disordered{"NOP^00", "CMA^2F", "EI^FB", "DI^F3"};
     RecordingObserver observer;

@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "images/Disassembler.h"
 #include "images/HexLoader.h"
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 #include "tests/assembler/Support.h"
 
 namespace tavinor::test {

@@ -8,6 +8,7 @@
 
 #include "images/Disassembler.h"
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 #include "tests/assembler/Support.h"
 
 namespace tavinor::test {

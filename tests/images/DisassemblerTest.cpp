@@ -8,6 +8,7 @@
 #include <random>
 
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 #include "tests/support/Bits.h"
 #include "tests/support/Differences.h"
 #include "tests/support/Errors.h"

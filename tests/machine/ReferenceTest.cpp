@@ -5,7 +5,7 @@
 #include <memory>
 #include <random>
 
-#include "images/Disassembler.h"
+#include "machine/MnemonicTable.h"
 #include "machine/Stepper.h"
 #include "tests/support/Differences.h"
 #include "tests/support/Errors.h"

@@ -60,6 +60,16 @@ void doubleClickAt(QWidget* widget, const QPoint& position) {
                        widget->mapTo(widget->window(), position));
 }
 
+void drag(QWidget* widget, const QList<QPoint>& positions) {
+    QWindow* handle = handleOf(widget);
+    const auto inWindow = [widget](const QPoint& position) {
+        return widget->mapTo(widget->window(), position);
+    };
+    QTest::mousePress(handle, Qt::LeftButton, {}, inWindow(positions.first()));
+    for (const QPoint& position : positions) QTest::mouseMove(handle, inWindow(position));
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, inWindow(positions.last()));
+}
+
 void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(handleOf(widget), key, modifiers);
 }
@@ -70,11 +80,12 @@ void typeText(QWidget* widget, const QString& text) {
     }
 }
 
-void turnWheel(QWidget* widget, int steps) {
+void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation) {
+    const int angle = steps * QWheelEvent::DefaultDeltasPerStep;
     const QPointF place = widget->mapTo(widget->window(), widget->rect().center());
     QWheelEvent event(place, handleOf(widget)->mapToGlobal(place), {},
-                      {0, steps * QWheelEvent::DefaultDeltasPerStep}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
+                      orientation == Qt::Vertical ? QPoint(0, angle) : QPoint(angle, 0), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
     QSpontaneKeyEvent::setSpontaneous(&event);  // else it would look like one of the program's own
     qApp->notify(handleOf(widget), &event);
 }

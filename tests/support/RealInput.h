@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QPoint>
 #include <QString>
 #include <Qt>
@@ -21,12 +22,15 @@ void clickAt(QWidget* widget, const QPoint& position, Qt::MouseButton button = Q
              Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void doubleClickAt(QWidget* widget, const QPoint& position);
 
+/// Presses the left button at the first position, moves to the others one after the other, and lets go there.
+void drag(QWidget* widget, const QList<QPoint>& positions);
+
 /// Presses and releases a key in the widget's window: it goes to whatever has the focus there.
 void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void typeText(QWidget* widget, const QString& text);
 
-/// Turns the wheel over the middle of a widget; positive steps are away from the user.
-void turnWheel(QWidget* widget, int steps);
+/// Turns the wheel over the middle of a widget; positive steps are away from the user, or to the left.
+void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation = Qt::Vertical);
 
 /// Presses a button or toggles a check box as an assistive tool does: without moving the focus first. False
 /// when the control offers no such action.

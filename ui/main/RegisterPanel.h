@@ -7,7 +7,7 @@
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
-#include "ui/trace/TraceRow.h"
+#include "ui/trace/ShownBoxes.h"
 
 class QGridLayout;
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-#include "images/Disassembler.h"
 #include "machine/MachineState.h"
+#include "machine/MnemonicTable.h"
 
 /// The one to three bytes of an instruction in one number, the opcode lowest and 0 beyond the length: one
 /// comparison tells whether two instructions are the same.

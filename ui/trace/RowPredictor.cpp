@@ -1,6 +1,6 @@
 #include "ui/trace/RowPredictor.h"
 
-#include "images/Disassembler.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 

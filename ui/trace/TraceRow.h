@@ -1,12 +1,11 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 #include "machine/MachineState.h"
+#include "ui/trace/ShownBoxes.h"
 
 namespace tavinor {
 
@@ -51,18 +50,6 @@ class RegisterImage {
 
     std::uint64_t pairs_ = 0;   // AF, BC, DE, HL from the lowest bits up
     std::uint64_t others_ = 0;  // PC, SP, M
-};
-
-/// The texts of the register boxes in the order A, B, C, D, E, F, H, L, M, PC, SP; they differ from the
-/// values while somebody is typing. UTF-8.
-using RegisterTexts = std::array<std::string, 11>;
-constexpr std::size_t pcText = 9;
-
-/// What the register boxes show: values, and the boxes' texts when one of them has been edited.
-struct ShownBoxes {
-    const Registers& registers;
-    std::uint8_t M;
-    const RegisterTexts* texts = nullptr;
 };
 
 /// One row of the trace as values.

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "images/MnemonicTable.h"
 #include "machine/Flags.h"
 #include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
 #include "ui/trace/InstructionCode.h"
 
 namespace tavinor {

@@ -253,10 +253,11 @@ class WindowTest : public QObject {
     void breaksOnlyLinesBeyondAllCode() {
         const QByteArray longest = " NOP ;" + QByteArray(130'000, 'x');
         const QByteArray longer = " NOP ;x" + QString(70'000, u'ñ').toUtf8();
-        user_->write("ancho.asm", longest + "\r\n" + longer + "\r\n");
+        user_->write("ancho.asm", longest + "\r\n nop\r\n" + longer + "\r\n");
         const Shown shown = user_->assemble("ancho.asm");
         QCOMPARE(shown.outcome, "Ensamblado correcto");
         QVERIFY(shown.listing.startsWith("0000 00         " + longest + "\n"));
+        QVERIFY(shown.listing.contains("\n0001 00          nop\n0002 00 "));
         QVERIFY(!shown.listing.contains(longer));
         QVERIFY(QString(shown.listing).remove('\n').contains(QString::fromUtf8(longer)));
         QVERIFY(user_->read("ancho.LST").contains(longer));

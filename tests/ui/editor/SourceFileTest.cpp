@@ -1,12 +1,12 @@
 #include "ui/editor/SourceFile.h"
 
-#include <sys/resource.h>
-
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <csignal>
+#include <optional>
+
+#include "tests/support/FileSizeLimit.h"
 
 using namespace tavinor;
 
@@ -136,7 +136,7 @@ class SourceFileTest : public QObject {
         QVERIFY(!writeSource(path("no/such/folder.asm"), "y", TextEncoding::utf8));
     }
 
-    /// The limit on the size of files stands in for a full disk: the write fails in its middle.
+    /// The write fails in its middle.
     void aFailedSaveLeavesTheOldFile_data() {
         QTest::addColumn<int>("size");
         QTest::newRow("more than a buffer") << 100'000;
@@ -147,13 +147,9 @@ class SourceFileTest : public QObject {
         QFETCH(int, size);
         put(path("old.asm"), "old");
         const QStringList before = QDir(folder_.path()).entryList();
-        rlimit limit{};
-        getrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit small{4096, limit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
+        std::optional<test::FileSizeLimit> fullDisk(4096);
         const bool saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8);
-        setrlimit(RLIMIT_FSIZE, &limit);
+        fullDisk.reset();
         QVERIFY(!saved);
         QCOMPARE(bytesOf(path("old.asm")), QByteArray("old"));
         QCOMPARE(QDir(folder_.path()).entryList(), before);

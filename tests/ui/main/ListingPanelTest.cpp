@@ -307,6 +307,39 @@ class ListingPanelTest : public QObject {
         QCOMPARE(s_->entryRow().first(), "0002");
     }
 
+    void aToolFindsItsWayAmongTheRows() {
+        QAccessibleInterface* view = QAccessible::queryAccessibleInterface(s_->listing());
+        QCOMPARE(view->childCount(), 29);
+        for (const int row : {0, 7, 28}) {
+            QAccessibleInterface* spoken = view->child(row);
+            QCOMPARE(spoken->role(), QAccessible::ListItem);
+            QCOMPARE(spoken->parent(), view);
+            QCOMPARE(view->indexOfChild(spoken), row);
+            const QPoint middle = spoken->rect().center();
+            QCOMPARE(view->childAt(middle.x(), middle.y()), spoken);
+            s_->clickRow(row);
+            QCOMPARE(view->focusChild(), spoken);
+            QVERIFY(spoken->state().focused && spoken->state().selected);
+        }
+        QVERIFY(view->child(29) == nullptr && view->childAt(-1, -1) == nullptr);
+        s_->leaveBox();
+        QVERIFY(view->focusChild() == nullptr);
+    }
+
+    void aToolIsToldWhatARowCanDo() {
+        QAccessibleActionInterface* actions =
+            QAccessible::queryAccessibleInterface(s_->listing())->child(3)->actionInterface();
+        const QString select = QAccessibleActionInterface::setFocusAction();
+        const QString toggle = QAccessibleActionInterface::toggleAction();
+        QCOMPARE(actions->actionNames(), (QStringList{select, toggle}));
+        QCOMPARE(actions->localizedActionDescription(select), QString("Selecciona la instrucción"));
+        QCOMPARE(actions->localizedActionDescription(toggle), QString("Pone o quita el punto de ruptura"));
+        QCOMPARE(actions->keyBindingsForAction(select), QStringList());
+        QCOMPARE(actions->keyBindingsForAction(toggle), QStringList{"F9"});
+        actions->doAction(toggle);
+        QVERIFY(breakpoint(3) != 0);
+    }
+
     void aToolsActionOnACellSelectsIt() {
         QAbstractItemView* grid = s_->grid("grdport");
         for (const int address : {0x23, 0x23, 0x45}) {

@@ -64,6 +64,31 @@ class LoadHexTest : public QObject {
         QVERIFY(s_->dialogs.allCame());
     }
 
+    void aBareNameFindsTheHexFile() {
+        const QString path = s_->writeFile("prog.hex", hexRecords(0x100, QByteArray(1, '\x5A')) + endRecord);
+        expectDialog(path.chopped(4));
+        s_->dialogs.expectMessage("Carga correcta");
+        s_->press("CargarHEX");
+        QVERIFY(s_->dialogs.allCame());
+        QCOMPARE(memory(0x100), 0x5A);
+    }
+
+    void aFileOfTheBareNameComesFirst() {
+        s_->writeFile("prog.hex", hexRecords(0x100, QByteArray(1, '\x5A')) + endRecord);
+        expectDialog(s_->writeFile("prog", hexRecords(0x100, QByteArray(1, '\x11')) + endRecord));
+        s_->dialogs.expectMessage("Carga correcta");
+        s_->press("CargarHEX");
+        QVERIFY(s_->dialogs.allCame());
+        QCOMPARE(memory(0x100), 0x11);
+    }
+
+    void aBareNameWithoutAnyFile() {
+        expectDialog(QDir::tempPath() + "/no/such/prog");
+        s_->dialogs.expectMessage("Error en lectura");
+        s_->press("CargarHEX");
+        QVERIFY(s_->dialogs.allCame());
+    }
+
     void cancelIsSilent() {
         setBreakpointAt(3);
         const QStringList rows = s_->rows();

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <tuple>
 
-#include "images/MnemonicTable.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 

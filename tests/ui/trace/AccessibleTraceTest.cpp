@@ -49,6 +49,41 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
         QVERIFY(view->child(15 * 21) == nullptr);
     }
 
+    void assistiveToolsReadTheHeader() {
+        QVERIFY(showActive(window_.get()));
+        record(20);
+        QAccessibleInterface* view = QAccessible::queryAccessibleInterface(lista_);
+        for (int column = 0; column < 15; ++column) {
+            QAccessibleInterface* header = view->child(column);
+            QCOMPARE(header->role(), QAccessible::ColumnHeader);
+            QCOMPARE(header->parent(), view);
+            QCOMPARE(header->window(), window_->windowHandle());
+            const QRect first = table()->cellAt(table()->rowCount() - 10, column)->rect();
+            QCOMPARE(header->rect().left(), first.left());
+            QCOMPARE(header->rect().right(), first.right());
+            QCOMPARE(header->rect().bottom() + 1, first.top());
+        }
+    }
+
+    void assistiveToolsSelectRows() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        QCOMPARE(table()->selectedRowCount(), 0);
+        clickCell(95, 2);
+        clickCell(96, 2, Qt::ShiftModifier);
+        QCOMPARE(table()->selectedRows(), (QList<int>{15, 16}));
+        QCOMPARE(table()->selectedCellCount(), 30);
+        const QList<QAccessibleInterface*> cells = table()->selectedCells();
+        QCOMPARE(cells.size(), 30);
+        QCOMPARE(cells.first(), table()->cellAt(15, 0));
+        QCOMPARE(cells.last(), table()->cellAt(16, 14));
+        QCOMPARE(cells.first()->role(), QAccessible::Cell);
+        QCOMPARE(cells.first()->tableCellInterface()->table(), QAccessible::queryAccessibleInterface(lista_));
+        QVERIFY(table()->isRowSelected(16) && !table()->isRowSelected(14));
+        for (const int outside : {-1, 20}) QVERIFY(!table()->selectRow(outside));
+        QCOMPARE(table()->selectedRows(), (QList<int>{15, 16}));
+    }
+
     void assistiveToolsFollowTheKeyboard() {
         QVERIFY(showActive(window_.get()));
         record(99);

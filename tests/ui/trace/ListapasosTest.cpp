@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
@@ -24,6 +26,25 @@ class ListapasosTest : public QObject, private TraceWindowTest {
   private:
     [[nodiscard]] QString naiveLine(std::size_t row) const {
         return QString::fromStdString(naive_->line(row));
+    }
+    /// Right-clicks on a cell and chooses from the menu that opens.
+    void chooseAt(std::uint64_t row, const QString& command) {
+        QTimer whenOpen;
+        bool chosen = false;
+        whenOpen.callOnTimeout([&] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return;
+            whenOpen.stop();
+            for (QAction* action : menu->actions()) {
+                if (action->text() != command) continue;
+                chosen = true;
+                menu->setActiveAction(action);
+            }
+            QTest::keyClick(menu, chosen ? Qt::Key_Return : Qt::Key_Escape);
+        });
+        whenOpen.start(10);
+        clickAt(lista_->viewport(), lista_->cellRect({row, 2}).center(), Qt::RightButton);
+        QTRY_VERIFY(chosen);
     }
 
   private slots:
@@ -127,6 +148,40 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->selectedRows(), std::uint64_t{4});
     }
 
+    void draggingSelectsRowsAlsoBeyondTheEdges() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        QScrollBar* bar = lista_->verticalScrollBar();
+        bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+        QCOMPARE(lista_->firstRow(), std::uint64_t{80});
+        const auto cell = [this](std::uint64_t row) { return lista_->cellRect({row, 4}).center(); };
+        drag(lista_->viewport(), {cell(82), cell(84)});
+        QCOMPARE(*lista_->current(), (TraceView::Cell{84, 4}));
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{3});
+        const QPoint above(cell(82).x(), -30);
+        drag(lista_->viewport(), {cell(82), above, above + QPoint(1, 0)});
+        QCOMPARE(lista_->firstRow(), std::uint64_t{78});  // a row for each move
+        const QPoint below(cell(82).x(), lista_->viewport()->height() + 30);
+        drag(lista_->viewport(), {cell(82), below, below + QPoint(1, 0)});
+        QCOMPARE(lista_->firstRow(), std::uint64_t{80});
+        QCOMPARE(*lista_->current(), (TraceView::Cell{89, 4}));
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{8});
+    }
+
+    void aTextTooLongForItsColumnIsCutShort() {
+        QVERIFY(showActive(window_.get()));
+        record(3);
+        constexpr int columnC = 5;
+        traced_->type(2, "a text that somebody types");
+        record(1);
+        QVERIFY(lista_->cells(4)[columnC].size() > 2);
+        const auto picture = [this](std::uint64_t row, int column) {
+            return lista_->viewport()->grab(lista_->cellRect({row, column})).toImage();
+        };
+        QVERIFY(picture(4, columnC) != picture(0, columnC));
+        QCOMPARE(picture(4, columnC + 1), picture(0, columnC + 1));  // both are "00"
+    }
+
     void copiesTheSelectedRowsAsText() {
         QVERIFY(showActive(window_.get()));
         record(29);
@@ -135,6 +190,29 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         press(Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(), naiveLine(21) + "\n" + naiveLine(22) + "\n");
         press(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(lista_->selectedRows(), std::uint64_t{30});
+    }
+
+    void withoutASelectionNothingIsCopied() {
+        QVERIFY(showActive(window_.get()));
+        QApplication::clipboard()->setText("before");
+        press(Qt::Key_A, Qt::ControlModifier);  // of no rows
+        record(9);
+        press(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), QString("before"));
+    }
+
+    void theMenuIsAboutTheSelectionItIsOpenedOn() {
+        QVERIFY(showActive(window_.get()));
+        record(29);
+        clickCell(21, 0);
+        clickCell(23, 0, Qt::ShiftModifier);
+        chooseAt(22, "Copiar");
+        QCOMPARE(QApplication::clipboard()->text(),
+                 naiveLine(21) + "\n" + naiveLine(22) + "\n" + naiveLine(23) + "\n");
+        chooseAt(25, "Copiar");
+        QCOMPARE(QApplication::clipboard()->text(), naiveLine(25) + "\n");
+        chooseAt(25, "Seleccionar todo");
         QCOMPARE(lista_->selectedRows(), std::uint64_t{30});
     }
 
@@ -165,10 +243,28 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QCOMPARE(lista_->firstRow(), 80 - notch);
         bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         QCOMPARE(lista_->firstRow(), 81 - notch);
+        bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        QCOMPARE(lista_->firstRow(), 91 - notch);
+        bar->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        QCOMPARE(lista_->firstRow(), 90 - notch);
         bar->triggerAction(QAbstractSlider::SliderToMinimum);
         QCOMPARE(lista_->firstRow(), std::uint64_t{0});
         bar->setValue(45);  // as an assistive tool does
         QCOMPARE(lista_->firstRow(), std::uint64_t{45});
+    }
+
+    void theWheelScrollsTheColumnsOfANarrowWindow() {
+        QVERIFY(showActive(window_.get()));
+        record(99);
+        window_->resize(window_->minimumSizeHint());
+        const QScrollBar* bar = lista_->horizontalScrollBar();
+        QTRY_VERIFY(bar->isVisible());
+        const std::uint64_t first = lista_->firstRow();
+        const int second = lista_->cellRect({first, 1}).left();
+        turnWheel(lista_->viewport(), -1, Qt::Horizontal);
+        QVERIFY(bar->value() > 0);
+        QCOMPARE(lista_->cellRect({first, 1}).left(), second - bar->value());
+        QCOMPARE(lista_->firstRow(), first);
     }
 
     void clearsWithoutAQuestion() {

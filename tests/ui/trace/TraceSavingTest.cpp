@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "tests/support/DialogAnswerer.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/RealInput.h"
 #include "tests/ui/trace/TraceWindowTest.h"
 
@@ -163,6 +164,25 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
         dialogs.expectMessage("Error guardando fichero");
         clickMenu("salvar");
         QVERIFY(dialogs.allCame());
+        QCOMPARE(lista_->rowCount(), std::uint64_t{101});
+    }
+
+    void reportsADiskThatFillsUpMeanwhile_data() { reportsAFullDisk_data(); }
+    void reportsADiskThatFillsUpMeanwhile() {
+        QFETCH(int, patience);
+        window_->setPatience(std::chrono::milliseconds(patience));
+        QVERIFY(showActive(window_.get()));
+        record(100);
+        const QString path = folder_.filePath("lleno.txt");
+        QFile::remove(path);
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(saveDialog, path);
+        if (patience == 0) dialogs.expectWindow("progreso", [](QWidget*) {});
+        dialogs.expectMessage("Error guardando fichero");
+        const test::FileSizeLimit fullDisk(4096);
+        clickMenu("salvar");
+        QVERIFY(dialogs.allCame());
+        QCOMPARE(contents(path), expectedFile(naive_->rows().size()).left(4096));
         QCOMPARE(lista_->rowCount(), std::uint64_t{101});
     }
 

@@ -228,6 +228,19 @@ class TracedRunTest : public QObject {
         }
     }
 
+    void aRefusedBoxKeepsItClosed() {
+        trace_->close();
+        typeInto("txtA", "xyz");
+        DialogAnswerer dialogs;
+        dialogs.expectMessage("Valor incorrecto");
+        clickLista();
+        QVERIFY(dialogs.allCame());
+        QVERIFY(!trace_->isVisible());
+        typeText(principal_.get(), "12");  // in place of what was refused
+        clickLista();
+        QVERIFY(trace_->isVisible());
+    }
+
     void closingTheMainWindowHidesIt() {
         load(endlessLoop);
         clickIn(Eje_paso_);

@@ -84,4 +84,9 @@ inline constexpr std::array<std::uint8_t, 256> lengths = computeLengths();
 
 }  // namespace detail
 
+/// The length in bytes (1, 2 or 3) of the instruction that begins with `opcode`.
+constexpr int instructionLength(std::uint8_t opcode) {
+    return detail::lengths[opcode];
+}
+
 }  // namespace tavinor

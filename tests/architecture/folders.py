@@ -1,0 +1,48 @@
+"""The folders of the program and which of them may include which. docs/images/architecture.svg is drawn from this
+table (docs/make-architecture-picture), and includes_test.py compares it with the #include directives."""
+
+from dataclasses import dataclass
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+PICTURE = ROOT / "docs/images/architecture.svg"
+
+ALL = None
+
+
+@dataclass(frozen=True)
+class Folder:
+    includes: tuple = ()
+    face: tuple = ALL  # the headers that others may include; all of them where others build on the folder
+    core: bool = False  # standard library alone
+
+
+FOLDERS = {
+    "machine": Folder(core=True),
+    "images": Folder(includes=("machine",), core=True),
+    "assembler": Folder(includes=("machine",), core=True),
+    "ui/common": Folder(includes=("machine",)),
+    "ui/trace": Folder(includes=("machine", "ui/common"), face=("Listapasos.h", "ShownBoxes.h")),
+    "ui/editor": Folder(includes=("assembler", "ui/common"), face=("Editor.h",)),
+    "assembler/window": Folder(includes=("assembler", "ui/common"), face=("Ensamblador.h",)),
+    "ui/main": Folder(
+        includes=("machine", "images", "assembler", "assembler/window", "ui/common", "ui/editor", "ui/trace"),
+        face=("Principal.h",),
+    ),
+    "ui/startup": Folder(includes=("ui/common",), face=("Cabecera.h", "Ending.h")),
+    # The program itself puts the windows together. Nobody includes it.
+    "ui/startup/main.cpp": Folder(includes=("ui/common", "ui/main", "ui/startup"), face=()),
+}
+
+TESTS = "tests"
+BENCHMARKS = "benchmarks"
+
+
+def folder_of(path):
+    """The entry of the table that `path` belongs to: the longest one. None when there is none."""
+    fitting = [name for name in FOLDERS if path == name or path.startswith(name + "/")]
+    return max(fitting, key=len, default=None)
+
+
+def arrows():
+    return {(name, target) for name, folder in FOLDERS.items() for target in folder.includes}
