@@ -2,9 +2,8 @@
 
 #include "ui/common/ApplicationIcon.h"
 #include "ui/common/Translations.h"
-#include "ui/main/Principal.h"
-#include "ui/startup/Cabecera.h"
 #include "ui/startup/Ending.h"
+#include "ui/startup/Program.h"
 
 int main(int argc, char* argv[]) {
     int exitCode = 0;
@@ -18,15 +17,9 @@ int main(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(false);
     tavinor::installSpanish(application);
 
-    // Both are there and connected before the splash asks for updates, however soon the answer comes.
-    tavinor::Cabecera cabecera;
-    tavinor::Principal principal;
-    QObject::connect(&cabecera, &tavinor::Cabecera::splashOver, &principal, &QWidget::show);
-    QObject::connect(&principal, &tavinor::Principal::aboutRequested, &cabecera,
-                     &tavinor::Cabecera::showAbout);
-    QObject::connect(&principal, &tavinor::Principal::closed, &cabecera, &tavinor::Cabecera::showFarewell);
-    QObject::connect(&cabecera, &tavinor::Cabecera::ended, &application, [] { QApplication::exit(); });
-    cabecera.showSplash();
+    tavinor::Program program;
+    QObject::connect(&program, &tavinor::Program::ended, &application, [] { QApplication::exit(); });
+    program.start();
     exitCode = QApplication::exec();
     return exitCode;
 }
