@@ -26,15 +26,15 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Tavinor shows one simulated Intel 8085 whole in one window: every register,
 flag, memory cell and port can be read and edited in hexadecimal. Programs are
 loaded from Intel HEX files, stepped or run with breakpoints, interrupted by
-buttons, and traced. A three-pass assembler, a small source editor and fourteen
-example programs come with it. Its texts are in Spanish.
+buttons, and traced. A three-pass assembler, a small source editor and example
+programs come with it. Its texts are in Spanish.
 
 Tavinor muestra en una sola ventana un Intel 8085 simulado entero: todos los
 registros, indicadores, posiciones de memoria y puertos se leen y se cambian
 en hexadecimal. Los programas se cargan de ficheros Intel HEX, se ejecutan paso
 a paso o de forma continua, con puntos de ruptura, interrupciones y traza. Lo
 acompañan un ensamblador de tres pasadas, un pequeño editor de fuentes y
-catorce programas de ejemplo.")
+programas de ejemplo.")
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian-files.cmake)
 set(CPACK_TAVINOR_RELEASE_DATE ${TAVINOR_RELEASE_DATE})
 
