@@ -30,11 +30,12 @@ FOLDERS = {
         face=("Principal.h",),
     ),
     "ui/startup": Folder(includes=("ui/common",), face=("Cabecera.h", "Ending.h")),
-    # The program itself puts the windows together. Nobody includes it.
-    "ui/startup/main.cpp": Folder(includes=("ui/common", "ui/main", "ui/startup"), face=()),
+    # The program itself puts the windows together. No other folder includes it.
+    "ui/program": Folder(includes=("ui/common", "ui/main", "ui/startup"), face=("Program.h",)),
 }
 
 TESTS = "tests"
+WHOLE_PROGRAM_TESTS = ("monkey", "ui/everywhere")  # folders of tests that look into every window
 BENCHMARKS = "benchmarks"
 
 

@@ -6,7 +6,7 @@ import unittest
 import xml.etree.ElementTree
 from collections import namedtuple
 
-from folders import ALL, BENCHMARKS, FOLDERS, PICTURE, ROOT, TESTS, arrows, folder_of
+from folders import ALL, BENCHMARKS, FOLDERS, PICTURE, ROOT, TESTS, WHOLE_PROGRAM_TESTS, arrows, folder_of
 
 DIRECTIVE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 STANDARD_HEADER = re.compile(r"[a-z0-9_]+")  # neither <QString> nor <zstd.h>
@@ -29,6 +29,10 @@ def all_includes():
 
 def is_test(path):
     return path.startswith(TESTS + "/")
+
+
+def tests_whole_program(path):
+    return any(path.startswith(f"{TESTS}/{folder}/") for folder in WHOLE_PROGRAM_TESTS)
 
 
 def is_benchmark(path):
@@ -69,7 +73,7 @@ def complaint_about_test(include):
         toolkit = include.header.startswith("Q")
         return "tests of the core need no toolkit" if core and toolkit else None
     target = folder_of(include.header)
-    if target is None or target == home or in_face(include.header):
+    if target is None or target == home or in_face(include.header) or tests_whole_program(include.source):
         return None
     return f"is inside {target}, whose tests lie elsewhere"
 
@@ -151,7 +155,7 @@ class Rules(unittest.TestCase):
             ("ui/common/HexBox.cpp", '"ui/main/Principal.h"'),
             ("ui/main/RegisterPanel.h", '"ui/trace/TraceRow.h"'),
             ("ui/startup/Cabecera.cpp", '"ui/main/Principal.h"'),
-            ("ui/startup/main.cpp", '"ui/main/Halt.h"'),
+            ("ui/program/main.cpp", '"ui/main/Halt.h"'),
             ("ui/main/Halt.cpp", '"Halt.h"'),
             ("ui/main/Halt.cpp", '"ui/main/HeldPaints.cpp"'),
             ("ui/main/Halt.cpp", '"tests/support/RealInput.h"'),
@@ -168,8 +172,9 @@ class Rules(unittest.TestCase):
             ("machine/Stepper.cpp", "<string_view>"),
             ("ui/trace/TraceBlock.cpp", "<zstd.h>"),
             ("ui/main/Principal.cpp", '"ui/trace/Listapasos.h"'),
-            ("ui/startup/main.cpp", '"ui/main/Principal.h"'),
+            ("ui/program/Program.h", '"ui/main/Principal.h"'),
             ("tests/ui/main/Simulator.h", '"ui/main/Halt.h"'),
+            ("tests/monkey/Answers.cpp", '"ui/main/Halt.h"'),
             ("tests/ui/trace/TracedRunTest.cpp", '"ui/main/Principal.h"'),
             ("benchmarks/TraceBenchmark.cpp", '"ui/trace/TraceRecorder.h"'),
         ):

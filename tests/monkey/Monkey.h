@@ -11,7 +11,7 @@
 #include "tests/monkey/Hand.h"
 #include "tests/monkey/Inspector.h"
 #include "tests/monkey/Playground.h"
-#include "ui/startup/Program.h"
+#include "ui/program/Program.h"
 
 namespace tavinor {
 class Listapasos;

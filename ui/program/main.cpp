@@ -3,7 +3,7 @@
 #include "ui/common/ApplicationIcon.h"
 #include "ui/common/Translations.h"
 #include "ui/startup/Ending.h"
-#include "ui/startup/Program.h"
+#include "ui/program/Program.h"
 
 int main(int argc, char* argv[]) {
     int exitCode = 0;

@@ -1,4 +1,4 @@
-#include "ui/startup/Program.h"
+#include "ui/program/Program.h"
 
 namespace tavinor {
 
