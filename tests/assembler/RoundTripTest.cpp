@@ -26,8 +26,9 @@ void fillAtRandom(MachineState& machine, std::mt19937& random) {
 /// What no source text gives (the undefined codes, and EF) is written as a byte.
 std::string sourceLine(MachineState& machine, std::int32_t address) {
     const std::uint8_t opcode = machine.mem[static_cast<std::size_t>(address)];
-    if (tabla[opcode] == "?" || tabla[opcode] == "RST 5")
+    if (tabla[opcode] == "?" || tabla[opcode] == "RST 5") {
         return " DFB 0" + hexa(std::int32_t{opcode}, 2) + "H";
+    }
     const Instruction instruction = desensambla(machine, address);
     if (instruction.length == 1) return " " + instruction.text;
     const std::size_t digits = instruction.length == 2 ? 2 : 4;

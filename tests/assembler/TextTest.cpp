@@ -128,8 +128,9 @@ TEST(Capitals, DoNotTouchMalformedText) {
 }
 
 TEST(Capitals, AreCapitalsThemselves) {
-    for (char32_t c = 0; c < 0x3000; ++c)
+    for (char32_t c = 0; c < 0x3000; ++c) {
         EXPECT_EQ(upperCase(upperCase(c)), upperCase(c)) << static_cast<std::uint32_t>(c);
+    }
 }
 
 }  // namespace

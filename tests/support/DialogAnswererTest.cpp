@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QTest>
+#include <QTimer>
 
 #include "tests/support/RealInput.h"
 #include "ui/common/FileDialogs.h"
@@ -40,6 +41,19 @@ class DialogAnswererTest : public QObject {
             other.exec();
             QVERIFY(dialogs.allCame());
             QCOMPARE(dialogs.count(), 6);
+        }
+        QCOMPARE(complaints_, QStringList());
+    }
+
+    void aWindowMayEndByItself() {
+        {
+            DialogAnswerer dialogs(note_);
+            dialogs.expectWindow("otra", [](QWidget*) {});
+            QDialog other;
+            other.setObjectName("otra");
+            QTimer::singleShot(0, &other, &QDialog::accept);
+            QCOMPARE(other.exec(), static_cast<int>(QDialog::Accepted));
+            QVERIFY(dialogs.allCame());
         }
         QCOMPARE(complaints_, QStringList());
     }

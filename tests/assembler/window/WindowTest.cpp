@@ -175,8 +175,9 @@ class WindowTest : public QObject {
                 pressKey(&window, Qt::Key_X, Qt::ControlModifier);
                 const std::unique_ptr<QMenu> menu(pane->createStandardContextMenu());
                 QStringList actions;
-                for (const QAction* action : menu->actions())
+                for (const QAction* action : menu->actions()) {
                     actions.append(action->text().section('\t', 0, 0));
+                }
                 QVERIFY2(actions.contains("&Copiar"), qPrintable(actions.join(", ")));
                 QVERIFY2(!actions.contains("Cor&tar"), qPrintable(actions.join(", ")));
             }
