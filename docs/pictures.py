@@ -22,7 +22,6 @@ INICIO: LXI  H,TABLA
         JMP  INICIO
 """
 GROUPS = {
-    "programa": "Programa",
     "instruccion": "Instrucción",
     "registros": "Registros",
     "pila": "PILA",
