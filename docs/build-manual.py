@@ -27,6 +27,7 @@ PAGE = """<!DOCTYPE html>
 <body>
 {navigation}
 <main>
+{heading}
 {contents}
 {body}
 </main>
@@ -99,10 +100,12 @@ def build(source, pictures, output):
         for picture in re.findall(r'src="images/([^"]+)"', body):
             shutil.copy(os.path.join(pictures, picture), os.path.join(output, "images"))
         title = titles[at][1] if at == 0 else f"{titles[at][1]} - Manual de Tavinor"
+        heading, body = body.split("\n", 1)
         page = PAGE.format(
             title=html.escape(title),
             style=STYLE,
             navigation=navigation(titles, at),
+            heading=heading,
             contents=contents(converter, at),
             body=body,
         )

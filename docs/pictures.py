@@ -16,7 +16,7 @@ import pyatspi
 
 # Paths are seen in some of the pictures, so they are the same every time.
 FOLDER = "/tmp/practicas"
-WITH_ERRORS = """; Practica 3
+WITH_ERRORS = """; Práctica 3
 INICIO: LXI  H,TABLA
         MVI  A,300
         JMP  INICIO
