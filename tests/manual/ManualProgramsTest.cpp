@@ -12,14 +12,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <map>
-#include <set>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "assembler/Ensambla.h"
 #include "assembler/HexWriter.h"
@@ -28,47 +23,10 @@
 #include "machine/Host.h"
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
+#include "tests/manual/Chapters.h"
 
-namespace tavinor {
+namespace tavinor::manual {
 namespace {
-
-struct Block {
-    std::string place;  ///< File and line.
-    std::string kind;
-    std::string text;
-};
-
-std::vector<std::filesystem::path> chapters() {
-    std::vector<std::filesystem::path> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(TAVINOR_MANUAL)) {
-        if (entry.path().extension() == ".md") paths.push_back(entry.path());
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
-std::vector<Block> blocksOf(const std::filesystem::path& path) {
-    constexpr std::string_view fence = "```";
-    std::vector<Block> blocks;
-    std::ifstream file(path);
-    EXPECT_TRUE(file) << path;
-    bool inside = false;
-    int number = 0;
-    for (std::string line; std::getline(file, line);) {
-        ++number;
-        if (line.starts_with(fence)) {
-            inside = !inside;
-            if (inside) {
-                const std::string place = path.filename().string() + ":" + std::to_string(number);
-                blocks.push_back({place, line.substr(fence.size()), {}});
-            }
-        } else if (inside) {
-            blocks.back().text += line + '\n';
-        }
-    }
-    EXPECT_FALSE(inside) << path << ": a block without an end";
-    return blocks;
-}
 
 /// With one kind of line end, and no blanks in front of it.
 std::string plain(const std::string& text) {
@@ -202,4 +160,4 @@ TEST(ManualProgramsTest, AssembleAndRunAsTheManualSays) {
 }
 
 }  // namespace
-}  // namespace tavinor
+}  // namespace tavinor::manual
