@@ -134,16 +134,25 @@ def halts(p, picture=no_picture):
 
 
 def expect_sum(p, value):
-    p.type_into("Dirección de memoria", "2000")
-    check("(2000)", lambda: p.cell("Contenido de la memoria", 0x200, 0), "2000: " + value)
+    p.click(p.find("Dirección de memoria", "text"))
+    p.focused_box("Dirección de memoria", p.frame)
+    write("2000")
+    key("shift+Tab")
+    check("(2000)", lambda: shown_sum(p), value)
+
+
+def shown_sum(p):
+    return p.cell("Contenido de la memoria", 0x200, 0).removeprefix("2000: ")
 
 
 def changes_the_number(p, number):
+    before = shown_sum(p)
     p.type_into("Dirección de memoria", "1000")
     p.focused_box("Dato de memoria", p.frame)
     write(number)
     key("Tab")
     check("(1000)", lambda: p.cell("Contenido de la memoria", 0x100, 0), "1000: " + number)
+    check("(2000), which was only looked at", lambda: shown_sum(p), before)
 
 
 def opens_the_trace(p, editor, picture):
