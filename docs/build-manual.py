@@ -96,7 +96,9 @@ def build(source, pictures, output):
             extensions=EXTENSIONS, extension_configs={"toc": {"slugify": slug}}, output_format="html"
         )
         body = pointed_at_pages(converter.convert(texts[name]))
-        body = body.replace("<table>", '<div class="tabla"><table>').replace("</table>", "</table></div>")
+        body = body.replace("<table>", '<div class="tabla"><table>').replace(
+            "</table>", "</table></div>"
+        )
         for picture in re.findall(r'src="images/([^"]+)"', body):
             shutil.copy(os.path.join(pictures, picture), os.path.join(output, "images"))
         title = titles[at][1] if at == 0 else f"{titles[at][1]} - Manual de Tavinor"
