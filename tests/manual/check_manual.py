@@ -38,7 +38,7 @@ ENGLISH = set(
 )
 # The manual says "tú": no order to "usted" begins a sentence.
 FORMAL = re.compile(
-    r"\busted(?:es)?\b|(?:^|[.:;] )(?:Pulse|Escriba|Haga|Ponga|Elija|Abra|Cierre|Guarde|Cargue|Ejecute|Vea|Mire"
+    r"\busted(?:es)?\b|(?:^|[.:;¿¡] *)(?:Pulse|Escriba|Haga|Ponga|Elija|Abra|Cierre|Guarde|Cargue|Ejecute|Vea|Mire"
     r"|Seleccione|Marque|Desmarque|Recuerde|Compruebe|Cambie|Lea|Use|Pruebe|Acepte|Vuelva|Quite|Añada|Fíjese)\b",
     re.MULTILINE,
 )
