@@ -6,7 +6,7 @@
 ; Antes:     1000H y 1001H, los dos sumandos (aquí 25H y 1AH).
 ; Resultado: la suma, y en CY el acarreo si no cabe en un byte.
 ;              (2000H) = 3FH
-; Pregunta:  ponga F0H y 20H en los sumandos. ¿Qué queda en 2000H y qué
+; Pregunta:  pon F0H y 20H en los sumandos. ¿Qué queda en 2000H y qué
 ;            indican CY y Z? ¿Dónde está el bit que falta?
 ; ---------------------------------------------------------------------
 

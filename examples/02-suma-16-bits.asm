@@ -9,7 +9,7 @@
 ;              (2000H) = 2CH
 ;              (2001H) = 03H
 ;              (2002H) = 01H
-; Pregunta:  escriba la misma suma con LHLD, XCHG y DAD. ¿Cuántos bytes
+; Pregunta:  escribe la misma suma con LHLD, XCHG y DAD. ¿Cuántos bytes
 ;            ahorra? ¿Qué indicadores deja sin cambiar DAD?
 ; ---------------------------------------------------------------------
 

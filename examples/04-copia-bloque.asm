@@ -13,7 +13,7 @@
 ;              (2003H) = 08H
 ;              (2006H) = 40H
 ;              (2007H) = 80H
-; Pregunta:  ponga 1011H como destino. ¿Por qué se repite siempre el
+; Pregunta:  pon 1011H como destino. ¿Por qué se repite siempre el
 ;            primer byte? ¿En qué orden habría que copiar?
 ; ---------------------------------------------------------------------
 

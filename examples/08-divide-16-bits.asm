@@ -14,7 +14,7 @@
 ;              (2002H) = 03H
 ;              (2003H) = 00H
 ;              (2004H) = 00H
-; Pregunta:  tras desplazar HL y BC, ¿puede quedar CY = 1? Piense en lo
+; Pregunta:  tras desplazar HL y BC, ¿puede quedar CY = 1? Piensa en lo
 ;            mayor que puede ser el resto antes del último paso, según que
 ;            el divisor sea mayor que 8000H o no.
 ; ---------------------------------------------------------------------

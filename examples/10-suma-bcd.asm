@@ -18,7 +18,7 @@
 ;            y por qué ninguna pierde el acarreo?
 ; ---------------------------------------------------------------------
 ; En este simulador DAA solo pone indicadores a 1, nunca a 0, y no toca
-; AC: tras DAA, los 1 de S, Z y P pueden venir de la suma anterior. Pruebe
+; AC: tras DAA, los 1 de S, Z y P pueden venir de la suma anterior. Prueba
 ; 67H + 99H con un byte por número: la suma binaria es 00H, con Z = 1; DAA
 ; da 66H y Z sigue a 1. En el 8085 quedaría Z = 0. CY sí vale, con tal de
 ; que la instrucción anterior a DAA sea ADD, ADC, ADI o ACI: la suma lo

@@ -10,7 +10,7 @@
 ;            vez (byte bajo primero), o FFFFH si no está.
 ;              (2000H) = 0DH
 ;              (2001H) = 10H
-; Pregunta:  con el texto "AAB" y la cadena "AB", ¿por qué hay que volver
+; Pregunta:  con el texto "AAAB" y la cadena "AAB", ¿por qué hay que volver
 ;            atrás en el texto, a BC + 1, en lugar de seguir en HL?
 ; ---------------------------------------------------------------------
 

@@ -7,7 +7,7 @@
 ; Resultado: 2000H-2001H, su factorial, byte bajo primero (120).
 ;              (2000H) = 78H
 ;              (2001H) = 00H
-; Pregunta:  ponga un punto de ruptura en UNO y mire la pila: ¿cuántos
+; Pregunta:  pon un punto de ruptura en UNO y mira la pila: ¿cuántos
 ;            bytes ocupa con un 5? ¿Y con un 8? ¿Por qué el 9 ya no da un
 ;            resultado correcto?
 ; ---------------------------------------------------------------------

@@ -4,7 +4,7 @@
 ; Propósito: esperar una entrada con IN y ANI, y recorrer una tabla de
 ;            estados que se sacan por un puerto con OUT.
 ; Antes:     puerto 00H, entradas: bit 0, pulsador de peatones; bit 7, fin
-;            de la jornada. Escriba 01H en el puerto mientras el programa
+;            de la jornada. Escribe 01H en el puerto mientras el programa
 ;            se ejecuta, y más tarde 80H para terminar.
 ; Resultado: puerto 01H, luces: bits 0, 1 y 2, rojo, ámbar y verde de los
 ;            coches; bits 4 y 5, rojo y verde de los peatones. Con el
@@ -12,12 +12,12 @@
 ;            fin queda en ámbar para los coches y apagado lo demás.
 ;              puerto 01H = 02H
 ; Pregunta:  ¿qué ocurre si el pulsador no se suelta? ¿Y si se pide el fin
-;            con el verde de los peatones encendido? Añada a la tabla un
+;            con el verde de los peatones encendido? Añade a la tabla un
 ;            estado en que se apague un momento el verde de los peatones.
 ; ---------------------------------------------------------------------
 ; El simulador guarda entradas y salidas en los mismos 256 puertos: un IN
-; lee lo último que se escribió en ese número, fuera el programa o fuera
-; usted. Por eso las entradas y las luces tienen aquí números distintos.
+; lee lo último que se escribió en ese número, desde el programa o a mano.
+; Por eso las entradas y las luces tienen aquí números distintos.
 
 ENTRAD: EQU  00H
 LUCES:  EQU  01H

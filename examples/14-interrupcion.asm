@@ -4,8 +4,8 @@
 ; Propósito: atender RST 7.5 con una rutina que no estropea el programa
 ;            interrumpido; permitir la línea con SIM, leer SID con RIM y
 ;            mover SOD con SIM. TRAP sirve de parada de emergencia.
-; Antes:     1000H, cuenta final en BCD (aquí 05H). Ponga el programa en
-;            marcha y pulse RST 7.5. Con SID a 0 cada pulso suma 1; con
+; Antes:     1000H, cuenta final en BCD (aquí 05H). Pon el programa en
+;            marcha y pulsa RST 7.5. Con SID a 0 cada pulso suma 1; con
 ;            SID a 1 resta 1.
 ; Resultado: puerto 01H y 2000H, la cuenta, de 00H a 99H; SOD cambia con
 ;            cada pulso, y su estado se guarda en el bit 7 de 2001H. Al
@@ -14,7 +14,7 @@
 ;              (2001H) = 80H
 ;              puerto 01H = 05H
 ;            Con TRAP se para en seguida y deja EEH en el puerto.
-; Pregunta:  quite PUSH PSW y POP PSW: ¿en qué instrucciones del programa
+; Pregunta:  quita PUSH PSW y POP PSW: ¿en qué instrucciones del programa
 ;            principal haría daño un pulso? ¿Por qué INR A seguido de DAA
 ;            no sirve para contar en decimal?
 ; ---------------------------------------------------------------------

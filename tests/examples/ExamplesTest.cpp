@@ -47,10 +47,70 @@ void pressRst75FiveTimes(ExampleMachine& example) {
     example.finish();
 }
 
-/// Does to the program what its header asks the student to do.
+void giveFourOrders(ExampleMachine& example) {
+    struct Order {
+        std::uint8_t operand, order;
+    };
+    constexpr Order session[] = {{0x25, 1}, {0x10, 2}, {0x10, 9}, {0x10, 4}};
+    example.start();
+    for (const auto& [operand, order] : session) {
+        for (int i = 0; i < 20; ++i) example.step();
+        example.machine().port[0] = operand;
+        example.machine().port[1] = order;
+        while (example.machine().port[1] != 0 && example.steps() < 10'000) example.step();
+    }
+    example.finish();
+}
+
+void tickSid(ExampleMachine& example) {
+    example.start();
+    example.machine().SID = false;
+    for (int i = 0; i < 100; ++i) example.step();
+    example.machine().SID = true;
+    example.finish();
+}
+
+void pressRst65InTwoRounds(ExampleMachine& example) {
+    constexpr int instructionsBetween = 60;
+    const auto idle = [&] {
+        for (int i = 0; i < instructionsBetween; ++i) example.step();
+        ASSERT_TRUE(example.machine().intState.IE);
+    };
+    example.start();
+    for (int round = 0; round < 2; ++round) {
+        example.machine().SID = false;
+        ASSERT_NO_FATAL_FAILURE(idle());
+        ASSERT_FALSE(example.machine().intState.M55);
+        acceptInterrupt(example.machine(), example, vector::rst55);
+        ASSERT_NO_FATAL_FAILURE(idle());
+        EXPECT_TRUE(example.machine().intState.M55);
+        ASSERT_FALSE(example.machine().intState.M65);
+        acceptInterrupt(example.machine(), example, vector::rst65);
+        ASSERT_NO_FATAL_FAILURE(idle());
+        example.machine().SID = true;
+        if (round == 0) idle();
+    }
+    example.finish();
+}
+
+struct Operation {
+    std::string_view program;
+    void (*operate)(ExampleMachine&);
+};
+
+/// The programs whose header asks the student to do something while they run.
+constexpr Operation operations[] = {
+    {"13-semaforo", pressTheButtonOnceAndEndTheDay},
+    {"14-interrupcion", pressRst75FiveTimes},
+    {"16-calculadora", giveFourOrders},
+    {"17-serie", tickSid},
+    {"18-dos-interrupciones", pressRst65InTwoRounds},
+};
+
 void operate(std::string_view program, ExampleMachine& example) {
-    if (program == "13-semaforo") return pressTheButtonOnceAndEndTheDay(example);
-    if (program == "14-interrupcion") return pressRst75FiveTimes(example);
+    for (const Operation& each : operations) {
+        if (each.program == program) return each.operate(example);
+    }
     example.run();
 }
 
@@ -144,6 +204,40 @@ TEST(ExampleFolderTest, HoldsASourceAndAnImageOfEveryProgramAndNoOther) {
         if (extension == ".asm" || extension == ".hex") found.insert(entry.path().filename().string());
     }
     EXPECT_EQ(found, expected);
+}
+
+/// The cells of a row of a Markdown table, without the blanks around them; empty for other lines.
+std::vector<std::string> tableCells(const std::string& line) {
+    std::vector<std::string> cells;
+    if (!line.starts_with('|') || !line.ends_with('|')) return cells;
+    std::istringstream rest(line.substr(1));
+    for (std::string cell; std::getline(rest, cell, '|');) {
+        const std::size_t first = cell.find_first_not_of(' ');
+        cells.push_back(first == std::string::npos
+                            ? std::string()
+                            : cell.substr(first, cell.find_last_not_of(' ') - first + 1));
+    }
+    return cells;
+}
+
+TEST(ExampleFolderTest, TellsPurposeResultAndQuestionOfEveryProgramInTheTableOfItsReadme) {
+    std::istringstream readme(readFile(folder() / "LEEME.md"));
+    const std::vector<std::string> headings{"Programa", "Propósito", "Resultado", "Pregunta"};
+    std::string line;
+    while (std::getline(readme, line) && tableCells(line) != headings) continue;
+    ASSERT_TRUE(readme) << "no table with the headings";
+    std::getline(readme, line);  // the rule below them
+    std::vector<std::string> listed;
+    while (std::getline(readme, line) && line.starts_with('|')) {
+        const std::vector<std::string> cells = tableCells(line);
+        ASSERT_EQ(cells.size(), headings.size()) << line;
+        for (const std::string& cell : cells) EXPECT_FALSE(cell.empty()) << line;
+        EXPECT_TRUE(cells.back().ends_with('?')) << line;
+        listed.push_back(cells.front());
+    }
+    std::vector<std::string> expected;
+    for (const std::string_view program : programs) expected.push_back("`" + std::string(program) + "`");
+    EXPECT_EQ(listed, expected);
 }
 
 }  // namespace

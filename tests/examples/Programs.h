@@ -7,7 +7,7 @@
 namespace tavinor::examples {
 
 /// Every program of the folder, by the name of its files.
-inline constexpr std::array<std::string_view, 14> programs{
+inline constexpr std::array<std::string_view, 19> programs{
     "01-suma",
     "02-suma-16-bits",
     "03-retardo",
@@ -22,6 +22,11 @@ inline constexpr std::array<std::string_view, 14> programs{
     "12-factorial",
     "13-semaforo",
     "14-interrupcion",
+    "15-parametros",
+    "16-calculadora",
+    "17-serie",
+    "18-dos-interrupciones",
+    "19-indicadores",
 };
 
 /// The name as a test's name: letters, digits and underscores alone.
