@@ -8,6 +8,8 @@
 #include <QSettings>
 #include <QStringList>
 
+#include "ui/common/FileDetails.h"
+
 namespace tavinor {
 
 namespace {
@@ -63,6 +65,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setProxyModel(new FileDetails(&dialog));
     installFilters(dialog, nameFilters(texts.filter));
     if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
         name->setText(texts.initialName);
