@@ -38,7 +38,7 @@ class Collector {
     }
 
     void addWidget(const QWidget& widget) {
-        add(widget, "tool tip", widget.toolTip());
+        if (!showsAPath(widget)) add(widget, "tool tip", widget.toolTip());
         add(widget, "status tip", widget.statusTip());
         add(widget, "explanation", widget.whatsThis());
         addCaption(widget);
@@ -50,7 +50,8 @@ class Collector {
     }
 
     void addCaption(const QWidget& widget) {
-        if (const auto* label = qobject_cast<const QLabel*>(&widget)) add(widget, "label", label->text());
+        const auto* label = qobject_cast<const QLabel*>(&widget);
+        if (label != nullptr && !showsAPath(widget)) add(widget, "label", label->text());
         if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
             add(widget, "caption", button->text());
         }
@@ -71,9 +72,8 @@ class Collector {
         add(action, "key", action.shortcut().toString(QKeySequence::NativeText));
     }
 
-    /// The places of a file dialog are paths.
     void addChoices(const QComboBox& combo) {
-        if (combo.objectName() == QStringLiteral("lookInCombo")) return;
+        if (showsAPath(combo)) return;
         for (int i = 0; i < combo.count(); ++i) add(combo, "choice", combo.itemText(i));
     }
 
@@ -99,8 +99,7 @@ class Collector {
     void addSpoken(const QWidget& widget) {
         QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(&widget));
         if (spoken == nullptr) return;
-        // The name of a box that shows data may be the data itself.
-        if (!namedByItsData(widget)) add(widget, "name", spoken->text(QAccessible::Name));
+        if (!showsAPath(widget)) add(widget, "name", spoken->text(QAccessible::Name));
         add(widget, "description", spoken->text(QAccessible::Description));
         add(widget, "help", spoken->text(QAccessible::Help));
         add(widget, "accelerator", spoken->text(QAccessible::Accelerator));
@@ -112,8 +111,9 @@ class Collector {
         }
     }
 
-    static bool namedByItsData(const QWidget& widget) {
-        return widget.objectName() == QStringLiteral("lookInCombo");
+    /// Then its texts are no language.
+    static bool showsAPath(const QWidget& widget) {
+        return widget.objectName() == QStringLiteral("lookInCombo") || widget.inherits("tavinor::PathLabel");
     }
 
     QList<ShownText> texts_;
