@@ -27,7 +27,7 @@ QString withLineFeeds(QString text) {
 SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent)
     : QPlainTextEdit(parent) {
     named(this, name, accessibleName);
-    setFont(fixedFont());
+    useFont(this, fixedFont);
     setTabStops();
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setFrameShape(QFrame::NoFrame);

@@ -1,10 +1,12 @@
 #include "ui/trace/SaveProgress.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QTimer>
 
+#include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 #include "ui/trace/TraceFile.h"
 
@@ -25,6 +27,9 @@ SaveResult saveInDialog(TraceFile& file, QWidget* parent) {
     dialog.setMinimumDuration(0);
     dialog.setAutoClose(false);
     dialog.setAutoReset(false);
+    // It has no layout that would follow the desktop's font.
+    useFont(
+        &dialog, [] { return QApplication::font(); }, [&dialog] { dialog.resize(dialog.sizeHint()); });
     SaveResult result = SaveResult::cancelled;
     bool writing = false;
     QTimer turn;

@@ -82,7 +82,8 @@ class FileDialogScene {
   public:
     FileDialogScene() {
         QDir(folder_.path()).mkdir("carpeta");
-        for (const auto& [name, size] : {std::pair("corto.asm", 20), {"largo.asm", 70'000}, {"sin", 3}}) {
+        for (const auto& [name, size] :
+             {std::pair("corto.hex", 20), {"largo.hex", 70'000}, {"vacio.hex", 0}}) {
             QFile file(folder_.filePath(name));
             if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", name);
             file.write(QByteArray(size, 'x'));
@@ -91,9 +92,10 @@ class FileDialogScene {
     }
 
     void show(bool saving, FileView view, const Look& look) {
-        const FileDialogTexts texts{.title = QStringLiteral("Fichero .ASM"),
-                                    .filter = QStringLiteral("Todos los ficheros (*.*)|*.*"),
-                                    .initialName = QStringLiteral("*.asm")};
+        const FileDialogTexts texts{
+            .title = QStringLiteral("Cargar fichero .HEX"),
+            .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
+            .initialName = QStringLiteral("*.hex")};
         const auto open = [&] { saving ? askFileToSave(&parent_, texts) : askFileToOpen(&parent_, texts); };
         const auto lookInside = [&](QWidget& window) {
             auto& dialog = dynamic_cast<QFileDialog&>(window);
