@@ -57,6 +57,7 @@ Halt::Halt(QWidget* parent)
 }
 
 void Halt::layOut() {
+    Label33->setBuddy(txtVec);
     useFont(Label1, [] { return arialFont(1.2, true); });
     useFont(Label2, [] { return arialFont(1.0, false); });
     auto* layout = new QVBoxLayout(this);

@@ -76,7 +76,7 @@ void Cabecera::Form_Load() {
 
 void Cabecera::layOut() {
     constexpr int iconSize = 112;
-    auto* icon = new QLabel(this);
+    auto* icon = named(new QLabel(this), QStringLiteral("icono"), QStringLiteral("Icono de Tavinor"));
     icon->setPixmap(applicationIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     auto* texts = new QVBoxLayout;
     texts->addStretch();

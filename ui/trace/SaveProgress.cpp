@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -27,6 +28,7 @@ SaveResult saveInDialog(TraceFile& file, QWidget* parent) {
     dialog.setMinimumDuration(0);
     dialog.setAutoClose(false);
     dialog.setAutoReset(false);
+    dialog.findChild<QProgressBar*>()->setAccessibleName(QStringLiteral("Parte guardada"));
     // It has no layout that would follow the desktop's font.
     useFont(
         &dialog, [] { return QApplication::font(); }, [&dialog] { dialog.resize(dialog.sizeHint()); });
