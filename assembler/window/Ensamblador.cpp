@@ -36,14 +36,15 @@ QPlainTextEdit* pane(const char* name, const char* spoken, QWidget* parent) {
     auto* text = named(new QPlainTextEdit(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
     text->setReadOnly(true);
     text->setUndoRedoEnabled(false);
-    text->setFont(fixedFont());
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     text->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     text->setTabChangesFocus(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    const QFontMetrics metrics(text->font());
-    text->setTabStopDistance(8 * metrics.horizontalAdvance(' '));
-    text->setMinimumSize(24 * metrics.horizontalAdvance('0'), 4 * metrics.lineSpacing());
+    useFont(text, fixedFont, [text] {
+        const QFontMetrics metrics(text->font());
+        text->setTabStopDistance(8 * metrics.horizontalAdvance(' '));
+        text->setMinimumSize(24 * metrics.horizontalAdvance('0'), 4 * metrics.lineSpacing());
+    });
     return text;
 }
 
@@ -74,7 +75,7 @@ Ensamblador::Ensamblador(QWidget* parent)
 void Ensamblador::layOut() {
     file2->hide();
     file3->hide();
-    Label1->setFont(arialFont(1.3, true));
+    useFont(Label1, [] { return arialFont(1.3, true); });
     auto* bottom = new QHBoxLayout;
     bottom->addWidget(Label1, 1);
     bottom->addWidget(cerrar);

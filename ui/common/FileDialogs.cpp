@@ -1,12 +1,17 @@
 #include "ui/common/FileDialogs.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QSettings>
 #include <QStringList>
+#include <QTreeView>
+
+#include "ui/common/FileDetails.h"
 
 namespace tavinor {
 
@@ -49,6 +54,17 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
+/// The toolkit leaves these at widths that suit English texts.
+void makeRoomForTexts(const QFileDialog& dialog) {
+    if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
+        types->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        types->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
+    }
+    if (auto* details = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        details->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    }
+}
+
 /// A bare name that is no file stands for the file with the suffix, where there is one.
 QString withDefaultSuffix(const QString& path, const QString& suffix) {
     if (suffix.isEmpty() || QFileInfo(path).fileName().contains('.') || QFileInfo::exists(path)) return path;
@@ -63,7 +79,9 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setProxyModel(new FileDetails(&dialog));
     installFilters(dialog, nameFilters(texts.filter));
+    makeRoomForTexts(dialog);
     if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
         name->setText(texts.initialName);
         name->selectAll();

@@ -1,10 +1,41 @@
 #include "ui/common/Fonts.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QStringList>
+#include <QWidget>
 
 namespace tavinor {
+
+namespace {
+
+class FontKeeper : public QObject {
+  public:
+    FontKeeper(QWidget* widget, const std::function<QFont()>& font, const std::function<void()>& fit)
+        : QObject(widget), widget_(widget), font_(font), fit_(fit) {
+        widget->installEventFilter(this);
+        apply();
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationFontChange) apply();
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    void apply() {
+        widget_->setFont(font_());
+        if (fit_) fit_();
+    }
+
+    QWidget* widget_;
+    std::function<QFont()> font_;
+    std::function<void()> fit_;
+};
+
+}  // namespace
 
 QFont fixedFont() {
     // Fonts with a slashed or dotted zero, by system: Linux, Windows, macOS.
@@ -29,6 +60,17 @@ QFont arialFont(double scale, bool bold) {
     font.setPointSizeF(QApplication::font().pointSizeF() * scale);
     font.setBold(bold);
     return font;
+}
+
+QFont desktopFont(double scale, bool bold) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setBold(bold);
+    return font;
+}
+
+void useFont(QWidget* widget, const std::function<QFont()>& font, const std::function<void()>& fit) {
+    new FontKeeper(widget, font, fit);
 }
 
 }  // namespace tavinor

@@ -44,16 +44,18 @@ std::optional<QString> rutvalidate(const QString& text, int digits) {
 HexBox::HexBox(const QString& name, const QString& accessibleName, int digits, QWidget* parent, Blank blank)
     : QLineEdit(parent), digits_(digits), blank_(blank) {
     named(this, name, accessibleName);
-    setFont(fixedFont());
     setAlignment(Qt::AlignCenter);
     setAcceptDrops(false);
     showText(QString(digits, '0'));
     connect(this, &QLineEdit::textChanged, this, &HexBox::noteEdit);
+    useFont(this, fixedFont, [this] { fitDigits(); });
+}
 
+void HexBox::fitDigits() {
     const QFontMetrics metrics(font());
     QStyleOptionFrame option;
     initStyleOption(&option);
-    const QSize content(metrics.horizontalAdvance(QString(digits + 1, '0')) + 4, metrics.height());
+    const QSize content(metrics.horizontalAdvance(QString(digits_ + 1, '0')) + 4, metrics.height());
     setFixedWidth(style()->sizeFromContents(QStyle::CT_LineEdit, &option, content, this).width());
 }
 

@@ -66,6 +66,7 @@ class HexBox : public QLineEdit {
   private:
     /// rutgotfocus: selects the whole text, so that typing replaces it.
     void rutgotfocus() { selectAll(); }
+    void fitDigits();
     void refuse();
     void noteEdit();
     void watchPresses(bool on);

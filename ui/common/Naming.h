@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QString>
 #include <QWidget>
 
@@ -17,6 +18,13 @@ Widget* named(Widget* widget, const QString& objectName, const QString& accessib
     widget->setObjectName(objectName);
     widget->setAccessibleName(accessibleName);
     return widget;
+}
+
+/// A caption beside or above `control`; assistive tools are told that they belong together.
+inline QLabel* caption(const QString& text, QWidget* control, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setBuddy(control);
+    return label;
 }
 
 }  // namespace tavinor

@@ -43,7 +43,7 @@ bool needsWholeText(const QEvent& event) {
 SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent)
     : QPlainTextEdit(parent) {
     named(this, name, accessibleName);
-    setFont(fixedFont());
+    useFont(this, fixedFont);
     setTabStops();
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setFrameShape(QFrame::NoFrame);

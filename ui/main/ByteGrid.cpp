@@ -64,8 +64,7 @@ QString ByteGridModel::cellText(std::int32_t address) const {
 }
 
 ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
-    : QTableView(parent), model_(model) {
-    setFont(fixedFont());
+    : QTableView(parent), model_(model), visibleRows_(visibleRows) {
     setModel(model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -75,31 +74,30 @@ ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(visibleRows > 0 ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
-    fitColumns();
-    if (visibleRows > 0) {
-        const int rows = visibleRows * verticalHeader()->defaultSectionSize();
-        setFixedHeight(rows + horizontalHeader()->sizeHint().height() + 2 * frameWidth());
-    }
+    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    verticalHeader()->setSectionsClickable(false);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    useFont(this, fixedFont, [this] { fitCells(); });
     showCurrent(0);
 }
 
-void ByteGrid::fitColumns() {
+void ByteGrid::fitCells() {
     const QFontMetrics metrics(font());
     horizontalHeader()->setFont(font());
     verticalHeader()->setFont(font());
-    horizontalHeader()->setSectionsClickable(false);
-    verticalHeader()->setSectionsClickable(false);
     const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 9;
     horizontalHeader()->setMinimumSectionSize(cell);
     horizontalHeader()->setDefaultSectionSize(cell);
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     verticalHeader()->setMinimumSectionSize(metrics.height());
     verticalHeader()->setDefaultSectionSize(metrics.height() + 2);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     const int bar =
         verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn ? verticalScrollBar()->sizeHint().width() : 0;
     setMinimumWidth(ByteGridModel::columns * cell + verticalHeader()->sizeHint().width() + bar +
                     2 * frameWidth());
+    if (visibleRows_ == 0) return;
+    const int rows = visibleRows_ * verticalHeader()->defaultSectionSize();
+    setFixedHeight(rows + horizontalHeader()->sizeHint().height() + 2 * frameWidth());
 }
 
 std::int32_t ByteGrid::currentAddress() const {
@@ -136,6 +134,11 @@ void ByteGrid::mousePressEvent(QMouseEvent* event) {
     if (currentIndex() == before && indexAt(event->pos()) == before && before.isValid()) {
         emit cellSelected(currentAddress(), currentAddress());
     }
+}
+
+QVariant ByteGrid::inputMethodQuery(Qt::InputMethodQuery query) const {
+    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex());
+    return QTableView::inputMethodQuery(query);
 }
 
 /// One cell is selected at all times: a click with Ctrl does not take the selection away.

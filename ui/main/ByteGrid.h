@@ -65,11 +65,15 @@ class ByteGrid : public QTableView {
                                                          const QEvent* event) const override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
+    /// Where the keyboard is: the current cell.
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
   private:
-    void fitColumns();
+    void fitCells();
     void followSelection();
 
     ByteGridModel* model_;
+    int visibleRows_;
     bool showing_ = false;
 };
 

@@ -1,7 +1,6 @@
 #include "ui/main/BytePanel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
 
 #include "machine/HexText.h"
@@ -17,10 +16,10 @@ BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
       data_(new HexBox(names.data, names.dataAccessible, 2, this)),
       grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)) {
     auto* boxes = new QHBoxLayout;
-    boxes->addWidget(new QLabel(QStringLiteral("Dirección:"), this));
+    boxes->addWidget(caption(QStringLiteral("Dirección:"), address_, this));
     boxes->addWidget(address_);
     boxes->addSpacing(12);
-    boxes->addWidget(new QLabel(QStringLiteral("Dato:"), this));
+    boxes->addWidget(caption(QStringLiteral("Dato:"), data_, this));
     boxes->addWidget(data_);
     boxes->addStretch();
     auto* layout = new QVBoxLayout(this);

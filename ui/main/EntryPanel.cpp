@@ -31,9 +31,10 @@ EntryPanel::EntryPanel(QWidget* parent)
     INS->setAccessibleDescription(QStringLiteral("Texto de la instrucción"));  // its name is what it shows
     // The row has no captions; the pointer tells what its boxes are for.
     for (HexBox* box : {txtDIR, INSCO, INSOP1, INSOP2}) box->setToolTip(box->accessibleName());
-    INS->setFont(fixedFont());
     INS->setTextFormat(Qt::PlainText);
-    INS->setMinimumWidth(INS->fontMetrics().horizontalAdvance(QString(longestInstruction, '0')));
+    useFont(INS, fixedFont, [this] {
+        INS->setMinimumWidth(INS->fontMetrics().horizontalAdvance(QString(longestInstruction, '0')));
+    });
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(txtDIR);
     layout->addSpacing(6);

@@ -29,10 +29,9 @@ constexpr std::array<OptionName, Halt::optionCount> optionNames{{
     {"INTR", "Salir con INTR"},
 }};
 
-QLabel* label(const char* name, const char* text, const QFont& font, QWidget* parent) {
+QLabel* label(const char* name, const char* text, QWidget* parent) {
     auto* made = new QLabel(QString::fromUtf8(text), parent);
     made->setObjectName(QString::fromLatin1(name));
-    made->setFont(font);
     return made;
 }
 
@@ -40,9 +39,9 @@ QLabel* label(const char* name, const char* text, const QFont& font, QWidget* pa
 
 Halt::Halt(QWidget* parent)
     : QDialog(parent),
-      Label1(label("Label1", "Programa Parado por instrucción HLT", arialFont(1.2, true), this)),
-      Label2(label("Label2", "Seleccione modo de salida", arialFont(1.0, false), this)),
-      Label33(label("Label33", "Vector:", font(), this)),
+      Label1(label("Label1", "Programa Parado por instrucción HLT", this)),
+      Label2(label("Label2", "Seleccione modo de salida", this)),
+      Label33(label("Label33", "Vector:", this)),
       txtVec(new HexBox(QStringLiteral("txtVec"), QStringLiteral("Vector de INTR"), 2, this)),
       eje(new CommandCheckBox(QStringLiteral("eje"), QStringLiteral("Continuar ejecución"),
                               QStringLiteral("Continuar ejecución"), this)),
@@ -58,6 +57,9 @@ Halt::Halt(QWidget* parent)
 }
 
 void Halt::layOut() {
+    Label33->setBuddy(txtVec);
+    useFont(Label1, [] { return arialFont(1.2, true); });
+    useFont(Label2, [] { return arialFont(1.0, false); });
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(Label1);
     layout->addWidget(Label2);

@@ -1,8 +1,9 @@
 #include "ui/main/InterruptPanel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
+
+#include "ui/common/Naming.h"
 
 namespace tavinor {
 
@@ -72,7 +73,7 @@ QLayout* InterruptPanel::makeVectorRow() {
     txtVec = new HexBox(QStringLiteral("txtVec"), QStringLiteral("Vector de INTR"), 2, this);
     auto* row = new QHBoxLayout;
     row->addWidget(Intr, 1);
-    row->addWidget(new QLabel(QStringLiteral("Vector:"), this));
+    row->addWidget(caption(QStringLiteral("Vector:"), txtVec, this));
     row->addWidget(txtVec);
     return row;
 }

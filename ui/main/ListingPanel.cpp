@@ -30,15 +30,26 @@ QString spokenRow(const QString& text, bool isProgramCounter) {
 ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
     ListingAccessible::install();
     named(this, QStringLiteral("prg"), QStringLiteral("Listado del programa"));
-    setFont(fixedFont());
     setUniformItemSizes(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // the panel has a bar of its own
     setItemDelegate(new ListingRowDelegate(this));
+    useFont(this, fixedFont, [this] { fitRows(); });
     connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!showing_ && row >= 0) emit prg_Click();
     });
     connect(this, &QListWidget::doubleClicked, this, &ListingView::prg_DblClick);
+}
+
+void ListingView::fitRows() {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    setMinimumWidth(itemDelegate()->sizeHint(option, {}).width() + 2 * frameWidth());
+}
+
+QVariant ListingView::inputMethodQuery(Qt::InputMethodQuery query) const {
+    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex());
+    return QListWidget::inputMethodQuery(query);
 }
 
 /// One row is selected at all times: a click with Ctrl does not take the selection away.

@@ -42,7 +42,11 @@ class ListingView : public QListWidget {
                                                          const QEvent* event) const override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
+    /// Where the keyboard is: the current row.
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
   private:
+    void fitRows();
     void followSelection();
 
     int wheelRest_ = 0;

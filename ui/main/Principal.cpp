@@ -24,6 +24,7 @@
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/common/ScrollingContent.h"
 #include "ui/editor/Editor.h"
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
@@ -100,9 +101,9 @@ void Principal::layOut() {
     auto* layout = new QVBoxLayout(content);
     layout->addWidget(commands_);
     layout->addLayout(columns, 1);
-    setCentralWidget(content);
+    setCentralWidget(new ScrollingContent(content, this));
     // Room for the whole listing and a good piece of memory, where the screen has it.
-    resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(screen()->availableSize() - QSize(0, 40)));
+    resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(screen()->availableSize() - QSize(16, 40)));
 }
 
 void Principal::makeMenus() {

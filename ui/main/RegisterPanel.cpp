@@ -2,9 +2,10 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QVBoxLayout>
 #include <tuple>
+
+#include "ui/common/Naming.h"
 
 namespace tavinor {
 
@@ -63,7 +64,7 @@ HexBox* RegisterPanel::makeBox(const QString& name, const QString& accessibleNam
 }
 
 void RegisterPanel::placeBox(QGridLayout* grid, int row, int column, const QString& caption, HexBox* box) {
-    grid->addWidget(new QLabel(caption, this), row, 2 * column, Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(tavinor::caption(caption, box, this), row, 2 * column, Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(box, row, 2 * column + 1, Qt::AlignLeft);
 }
 
@@ -113,7 +114,8 @@ QWidget* RegisterPanel::makeFlagBoxes() {
                                         {}, holder);
         chkF[static_cast<std::size_t>(bit)] = box;
         connect(box, &CommandCheckBox::changedByUser, this, &RegisterPanel::chkF_Click);
-        grid->addWidget(new QLabel(QString::fromLatin1(name.caption), holder), 0, 7 - bit, Qt::AlignHCenter);
+        grid->addWidget(caption(QString::fromLatin1(name.caption), box, holder), 0, 7 - bit,
+                        Qt::AlignHCenter);
         grid->addWidget(box, 1, 7 - bit, Qt::AlignHCenter);
     }
     return holder;

@@ -16,17 +16,20 @@ StackPanel::StackPanel(MachineState& machine, QWidget* parent)
     : QGroupBox(QStringLiteral("PILA"), parent),
       machine_(machine),
       pila(named(new QListWidget(this), QStringLiteral("pila"), QStringLiteral("Pila"))) {
-    pila->setFont(fixedFont());
     pila->setUniformItemSizes(true);
     pila->setSelectionMode(QAbstractItemView::NoSelection);
     pila->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     pila->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (int i = 0; i < wordsShown; ++i) pila->addItem(QStringLiteral("0000"));
-    const int frame = 2 * pila->frameWidth();
-    pila->setFixedSize(pila->sizeHintForColumn(0) + frame + 8, wordsShown * pila->sizeHintForRow(0) + frame);
+    useFont(pila, fixedFont, [this] { fitWords(); });
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(pila);
     layout->addStretch();
+}
+
+void StackPanel::fitWords() {
+    const int frame = 2 * pila->frameWidth();
+    pila->setFixedSize(pila->sizeHintForColumn(0) + frame + 8, wordsShown * pila->sizeHintForRow(0) + frame);
 }
 
 void StackPanel::regenpila() {

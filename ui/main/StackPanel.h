@@ -21,6 +21,8 @@ class StackPanel : public QGroupBox {
     void regenpila();
 
   private:
+    void fitWords();
+
     MachineState& machine_;
     std::int32_t stackPointer_ = 0;
     QListWidget* pila;

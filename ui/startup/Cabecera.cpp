@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "ui/common/ApplicationIcon.h"
+#include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/startup/UpdateCheck.h"
@@ -39,10 +40,7 @@ QLabel* label(const char* name, const QString& text, const QColor& colour, doubl
     QPalette palette = made->palette();
     palette.setColor(QPalette::WindowText, colour);
     made->setPalette(palette);
-    QFont font = made->font();
-    font.setPointSizeF(font.pointSizeF() * scale);
-    font.setBold(scale > 2);
-    made->setFont(font);
+    useFont(made, [scale] { return desktopFont(scale, scale > 2); });
     return made;
 }
 
@@ -78,7 +76,7 @@ void Cabecera::Form_Load() {
 
 void Cabecera::layOut() {
     constexpr int iconSize = 112;
-    auto* icon = new QLabel(this);
+    auto* icon = named(new QLabel(this), QStringLiteral("icono"), QStringLiteral("Icono de Tavinor"));
     icon->setPixmap(applicationIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     auto* texts = new QVBoxLayout;
     texts->addStretch();

@@ -1,10 +1,13 @@
 #include "ui/trace/SaveProgress.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QTimer>
 
+#include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 #include "ui/trace/TraceFile.h"
 
@@ -25,6 +28,10 @@ SaveResult saveInDialog(TraceFile& file, QWidget* parent) {
     dialog.setMinimumDuration(0);
     dialog.setAutoClose(false);
     dialog.setAutoReset(false);
+    dialog.findChild<QProgressBar*>()->setAccessibleName(QStringLiteral("Parte guardada"));
+    // It has no layout that would follow the desktop's font.
+    useFont(
+        &dialog, [] { return QApplication::font(); }, [&dialog] { dialog.resize(dialog.sizeHint()); });
     SaveResult result = SaveResult::cancelled;
     bool writing = false;
     QTimer turn;

@@ -37,7 +37,7 @@ std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last
 TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
     makeAccessible(*this);  // first: naming it lets the toolkit look for its interface already
     named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
-    setFont(fixedFont());
+    useFont(this, fixedFont);
     setFocusPolicy(Qt::StrongFocus);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setBackgroundRole(QPalette::Base);

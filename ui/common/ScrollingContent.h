@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QScrollArea>
+
+namespace tavinor {
+
+/// The content of a window that may be too large for the screen. Where the screen has the room it is all
+/// there, and the window cannot be made smaller than it; where not, it scrolls, and follows the keyboard.
+class ScrollingContent : public QScrollArea {
+    Q_OBJECT
+
+  public:
+    ScrollingContent(QWidget* content, QWidget* parent);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    [[nodiscard]] QSize withinScreen(const QSize& wanted) const;
+    void reveal(QWidget* control);
+    void followFocus(QWidget* old, QWidget* now);
+};
+
+}  // namespace tavinor
