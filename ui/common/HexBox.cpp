@@ -105,11 +105,17 @@ bool HexBox::leave() {
     return true;
 }
 
+/// The message comes from the event loop, when whatever wanted the focus has been told that it does not get
+/// it: an assistive tool waits for an answer before it can read the message.
 void HexBox::refuse() {
     refusing_ = true;
     setFocus(
         Qt::OtherFocusReason);  // before the message: whoever took the focus does not get it back after it
-    showMessage(window(), QStringLiteral("Valor incorrecto"));
+    QMetaObject::invokeMethod(this, &HexBox::showRefusal, Qt::QueuedConnection);
+}
+
+void HexBox::showRefusal() {
+    if (isVisible()) showMessage(window(), QStringLiteral("Valor incorrecto"));
     refusing_ = false;
     selectAll();
 }

@@ -68,6 +68,7 @@ class HexBox : public QLineEdit {
     void rutgotfocus() { selectAll(); }
     void fitDigits();
     void refuse();
+    void showRefusal();
     void noteEdit();
     void watchPresses(bool on);
     [[nodiscard]] QWidget* focusTakerAt(const QPoint& position) const;
@@ -77,7 +78,7 @@ class HexBox : public QLineEdit {
     QString shown_;
     bool edited_ = false;
     bool entered_ = false;        // in the box since it was last left
-    bool refusing_ = false;       // its message is open
+    bool refusing_ = false;       // its message is open, or about to open
     bool leaving_ = false;        // what `left` causes may take the focus away for a while, and give it back
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
 };

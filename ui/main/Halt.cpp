@@ -69,6 +69,9 @@ void Halt::layOut() {
         opt[static_cast<std::size_t>(i)] =
             named(option, QStringLiteral("opt%1").arg(i), QString::fromLatin1(name.accessible));
         option->setFocusPolicy(Qt::StrongFocus);
+        connect(option, &QRadioButton::toggled, this, [this, i](bool checked) {
+            if (checked) opt_Click(i);
+        });
         if (i != intr) layout->addWidget(option);
     }
     auto* intrRow = new QHBoxLayout;
@@ -107,8 +110,21 @@ void Halt::ask() {
 void Halt::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous()) return;
-    opt[reset]->setChecked(true);
+    select(reset);
     opt[reset]->setFocus();
+}
+
+void Halt::select(int index) {
+    selected_ = index;
+    opt[static_cast<std::size_t>(index)]->setChecked(true);
+}
+
+/// An assistive tool selects an option without moving the focus. It is taken back until the vector box has
+/// let go of the focus.
+void Halt::opt_Click(int index) {
+    if (index == selected_) return;
+    opt[static_cast<std::size_t>(selected_)]->setChecked(true);
+    if (leaveFocusedBox(this, opt[static_cast<std::size_t>(index)])) select(index);
 }
 
 void Halt::closeEvent(QCloseEvent* event) {

@@ -52,9 +52,13 @@ class Halt : public QDialog {
   private:
     void layOut();
     void aceptar_Click();
+    void opt_Click(int index);
+    /// Selects an option without any question.
+    void select(int index);
 
     QLabel *Label1, *Label2, *Label33;
     std::array<QRadioButton*, optionCount> opt{};
+    int selected_ = reset;
     HexBox* txtVec;
     CommandCheckBox* eje;
     CommandButton* aceptar;

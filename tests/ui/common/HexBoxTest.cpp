@@ -218,7 +218,7 @@ class HexBoxTest : public QObject {
         for (int attempt = 0; attempt < 2; ++attempt) {
             dialogs_->expectMessage(refusal);
             waysOut()[index].go(*window_);
-            QVERIFY(dialogs_->allCame());
+            QTRY_VERIFY(dialogs_->allCame());
             checkKept(byte_, "12g");
             QCOMPARE(left.count(), 0);
             QVERIFY(window_->untouched());
@@ -227,6 +227,17 @@ class HexBoxTest : public QObject {
         pressKey(window_.get(), Qt::Key_Tab);
         QCOMPARE(byte_->text(), "34");
         QCOMPARE(left.count(), 1);
+    }
+
+    /// An assistive tool that moves the focus waits for an answer: it could not read a message before.
+    void aToolIsAnsweredBeforeTheRefusalIsShown() {
+        window_->typeInto(byte_, "12g");
+        dialogs_->expectMessage(refusal);
+        window_->word->setFocus();
+        QCOMPARE(dialogs_->count(), 0);
+        QVERIFY(byte_->hasFocus());
+        QTRY_VERIFY(dialogs_->allCame());
+        checkKept(byte_, "12g");
     }
 
     /// What is done with the value may itself show a message, which takes the focus for a while.

@@ -252,6 +252,25 @@ class HaltTest : public QObject {
         QVERIFY(!s_->halt()->isVisible());
     }
 
+    void aToolsChoiceLeavesTheVector() {
+        prepareHalt(true);
+        expectHalt([this] {
+            typeVector("zz");
+            pressByAssistiveTool(option(Halt::intr));
+            QVERIFY(option(Halt::reset)->isChecked() && !option(Halt::intr)->isChecked());
+            QTRY_VERIFY(vector()->hasFocus());
+            QCOMPARE(vector()->text(), "zz");
+            typeVector("d7");
+            pressByAssistiveTool(option(Halt::intr));
+            QVERIFY(option(Halt::intr)->isChecked() && option(Halt::intr)->hasFocus());
+            QCOMPARE(s_->text("txtVec"), "D7");
+            clickIn(aceptar());
+        });
+        s_->dialogs.expectMessage("Valor incorrecto");
+        s_->press("Eje_paso");
+        QCOMPARE(s_->text("txtPC"), "0010");
+    }
+
     void inAStepThereIsNothingToContinue() {
         prepareHalt(false);
         expectHalt([this] {

@@ -270,6 +270,7 @@ class ListingPanelTest : public QObject {
         s_->type("txtA", "zz");
         s_->dialogs.expectMessage("Valor incorrecto");
         s_->listing()->setCurrentRow(5);
+        QTRY_VERIFY(s_->dialogs.allCame());
         QTRY_VERIFY(s_->box("txtA")->hasFocus());
         QCOMPARE(s_->selectedAddress(), 2);
         QCOMPARE(s_->entryRow(), entry);
@@ -284,6 +285,7 @@ class ListingPanelTest : public QObject {
         s_->type("txtA", "zz");
         s_->dialogs.expectMessage("Valor incorrecto");
         s_->grid("grdmem")->setCurrentIndex(s_->grid("grdmem")->model()->index(3, 3));
+        QTRY_VERIFY(s_->dialogs.allCame());
         QTRY_VERIFY(s_->box("txtA")->hasFocus());
         QCOMPARE(s_->currentAddress("grdmem"), 0x0012);
         QCOMPARE(s_->text("txtDirMem"), "0012");

@@ -1,0 +1,133 @@
+// endurance MILLIONS: a run of so many million instructions in the main window, every view live and every
+// instruction recorded. Ends with an error when memory has grown by more than the trace accounts for.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include "ui/main/Principal.h"
+#include "ui/trace/Listapasos.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // the compiler brings no header for it
+#endif
+
+using namespace tavinor;
+
+namespace {
+
+constexpr double million = 1e6;
+/// What the toolkit may hold at one moment and not at another: events, painters, texts.
+constexpr std::int64_t ebbAndFlow = 64 * 1024;
+
+/// Calls a subroutine that writes memory and the stack, writes a port and reads it, for ever.
+const char* const program =
+    ":10000000310080210010CD2000D301DB01C30600A8\r\n"
+    ":06002000E5773C23E1C975\r\n"
+    ":00000001FF\r\n";
+
+/// The bytes that the program holds on the heap, to the byte.
+std::int64_t liveBytes() {
+#if defined(__SANITIZE_ADDRESS__)
+    return static_cast<std::int64_t>(__sanitizer_get_current_allocated_bytes());
+#else
+    const auto info = mallinfo2();
+    return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
+#endif
+}
+
+std::int64_t residentBytes() {
+    std::ifstream statm("/proc/self/statm");
+    std::int64_t size = 0;
+    std::int64_t resident = 0;
+    statm >> size >> resident;
+    return resident * sysconf(_SC_PAGESIZE);
+}
+
+struct Memory {
+    std::int64_t live = liveBytes();
+    std::int64_t resident = residentBytes();
+    std::int64_t held;  // by the trace, by its own account
+    explicit Memory(const TraceStore& store) : held(static_cast<std::int64_t>(store.heldBytes())) {}
+};
+
+const TraceStore& traceStore() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* trace = qobject_cast<Listapasos*>(window)) return trace->recorder().store();
+    }
+    std::abort();
+}
+
+void load(Principal& principal) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("programa.hex"));
+    if (!file.open(QIODevice::WriteOnly)) std::abort();
+    file.write(program);
+    file.close();
+    QTimer::singleShot(0, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
+    });
+    principal.loadHexFile(file.fileName());
+}
+
+/// Runs until the trace has so many rows: one an instruction.
+void runUntil(Principal& principal, const TraceStore& store, std::uint64_t rows) {
+    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, run, [&] {
+        if (store.size() < rows || !watch.isActive()) return;
+        watch.stop();
+        run->click();
+    });
+    watch.start(10);
+    run->click();  // returns when the run has been stopped
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    const auto rows = static_cast<std::uint64_t>(million * std::strtod(argc > 1 ? argv[1] : "1000", nullptr));
+    Principal principal;
+    principal.show();
+    load(principal);
+    const TraceStore& store = traceStore();
+    runUntil(principal, store, rows / 10);  // by then everything is there that is made but once
+    const std::uint64_t before = store.size();
+    const Memory first(store);
+    QElapsedTimer timer;
+    timer.start();
+    runUntil(principal, store, rows);
+    const Memory last(store);
+
+    const std::uint64_t executed = store.size() - before;
+    const std::int64_t live = last.live - first.live;
+    const std::int64_t held = last.held - first.held;
+    // The list of the blocks may have room for as many again.
+    const auto room =
+        static_cast<std::int64_t>(sizeof(TraceBlock) * (store.size() / TraceBlock::capacity + 1));
+    std::printf("%llu instructions in %lld s, after %llu to warm up\n",
+                static_cast<unsigned long long>(executed), static_cast<long long>(timer.elapsed() / 1000),
+                static_cast<unsigned long long>(before));
+    std::printf("heap %+lld bytes, of which the trace accounts for %+lld; resident %+lld of %lld\n",
+                static_cast<long long>(live), static_cast<long long>(held),
+                static_cast<long long>(last.resident - first.resident),
+                static_cast<long long>(last.resident));
+    if (executed < rows - rows / 5 || live - held > room + ebbAndFlow) {
+        std::fprintf(stderr, "more than %lld bytes that nobody accounts for\n",
+                     static_cast<long long>(room + ebbAndFlow));
+        return 1;
+    }
+    return 0;
+}
