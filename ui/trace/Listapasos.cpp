@@ -33,22 +33,15 @@ Listapasos::Listapasos(TraceStore::MemoryProbe memory, QWidget* parent)
 Listapasos::~Listapasos() = default;
 
 void Listapasos::makeMenus() {
-    // What opens a dialog does so from the event loop: an assistive tool waits until its press has been
-    // answered, and could not use the dialog before.
-    constexpr Qt::ConnectionType atOnce = Qt::DirectConnection;
-    constexpr Qt::ConnectionType afterThePress = Qt::QueuedConnection;
-    const auto add = [this](const QString& name, const QString& text, void (Listapasos::*act)(),
-                            Qt::ConnectionType when) {
+    const auto add = [this](const QString& name, const QString& text, void (Listapasos::*act)()) {
         QAction* action = menuBar()->addAction(text);
         action->setObjectName(name);
-        connect(action, &QAction::triggered, this, act, when);
+        connect(action, &QAction::triggered, this, act);
         return action;
     };
-    salvar =
-        add(QStringLiteral("salvar"), QStringLiteral("&Salvar"), &Listapasos::salvar_Click, afterThePress);
-    borrar = add(QStringLiteral("borrar"), QStringLiteral("&Borrar"), &Listapasos::borrar_Click, atOnce);
-    cerrar =
-        add(QStringLiteral("cerrar"), QStringLiteral("&Cerrar"), &Listapasos::cerrar_Click, afterThePress);
+    salvar = add(QStringLiteral("salvar"), QStringLiteral("&Salvar"), &Listapasos::salvar_Click);
+    borrar = add(QStringLiteral("borrar"), QStringLiteral("&Borrar"), &Listapasos::borrar_Click);
+    cerrar = add(QStringLiteral("cerrar"), QStringLiteral("&Cerrar"), &Listapasos::cerrar_Click);
 }
 
 void Listapasos::open() {
