@@ -40,9 +40,8 @@ class SpokenProgram(Program):
             act(node, "Press", "Toggle", "SetFocus")
 
     def write(self, name, text, within=None):
-        """Puts a text into a box, which the focus enters first."""
+        """Puts a text into a box, without a word about the focus."""
         box = self.find(name, "text", within) if isinstance(name, str) else name
-        act(box, "SetFocus")
         box.queryEditableText().setTextContents(text)
         content = box.queryText()
         check(f"the text of {name!r}", lambda: content.getText(0, content.characterCount), text)

@@ -285,10 +285,9 @@ void Hand::actAsAssistiveTool(QWidget* window) {
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(child);
     const QString text = someText();
     if (spoken == nullptr) return;
-    if (auto* line = qobject_cast<QLineEdit*>(child)) {
+    if (qobject_cast<QLineEdit*>(child) != nullptr) {
         diary_.note(QStringLiteral("a tool writes '%1' into %2").arg(text, nameOf(child)));
-        if (auto* edit = spoken->editableTextInterface())
-            edit->replaceText(0, int(line->text().size()), text);
+        writeByAssistiveTool(child, text);
         return;
     }
     if (spoken->childCount() > 0 && spoken->actionInterface() == nullptr) {

@@ -104,4 +104,10 @@ bool pressByAssistiveTool(QWidget* widget) {
     return false;
 }
 
+void writeByAssistiveTool(QWidget* box, const QString& text) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(box);
+    if (spoken == nullptr || spoken->editableTextInterface() == nullptr) qFatal("no box to write in");
+    spoken->editableTextInterface()->replaceText(0, spoken->textInterface()->characterCount(), text);
+}
+
 }  // namespace tavinor

@@ -35,5 +35,7 @@ void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation = Qt::Ver
 /// Presses a button or toggles a check box as an assistive tool does: without moving the focus first. False
 /// when the control offers no such action.
 bool pressByAssistiveTool(QWidget* widget);
+/// Puts `text` in place of what a box holds, as an assistive tool does: without moving the focus.
+void writeByAssistiveTool(QWidget* box, const QString& text);
 
 }  // namespace tavinor

@@ -81,9 +81,29 @@ void HexBox::showValue(int value) {
 
 void HexBox::noteEdit() {
     const bool edited = text() != shown_;
-    if (edited == edited_) return;
-    edited_ = edited;
-    emit editedChanged(edited);
+    if (edited != edited_) {
+        edited_ = edited;
+        emit editedChanged(edited);
+    }
+    if (edited && !entered_ && !refusing_ && !leaving_ && isVisible()) enterWritten();
+}
+
+/// An assistive tool writes without moving the focus. The user is in the box from then on, so that the text
+/// counts when it is left; where another box refuses to be left for it, the text is taken back.
+void HexBox::enterWritten() {
+    const QString written = text();
+    entered_ = true;
+    const QList<HexBox*> boxes = window()->findChildren<HexBox*>();
+    for (HexBox* other : boxes) {
+        if (other == this || !other->entered()) continue;
+        entered_ = other->leave();
+        if (!entered_) {
+            showText(shown_);
+            return;
+        }
+    }
+    setFocus(Qt::OtherFocusReason);
+    setText(written);  // what leaving the other box has caused may have refreshed this one
 }
 
 bool HexBox::leave() {

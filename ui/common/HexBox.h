@@ -70,6 +70,7 @@ class HexBox : public QLineEdit {
     void refuse();
     void showRefusal();
     void noteEdit();
+    void enterWritten();
     void watchPresses(bool on);
     [[nodiscard]] QWidget* focusTakerAt(const QPoint& position) const;
 

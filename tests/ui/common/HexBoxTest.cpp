@@ -229,6 +229,33 @@ class HexBoxTest : public QObject {
         QCOMPARE(left.count(), 1);
     }
 
+    /// An assistive tool writes without moving the focus: what it wrote counts like what was typed.
+    void aToolThatWritesEntersTheBox() {
+        window_->typeInto(byte_, "7");
+        const QSignalSpy leftByte(byte_, &HexBox::left);
+        const QSignalSpy leftWord(window_->word, &HexBox::left);
+        // As in the main window, where leaving a box refreshes the others.
+        connect(byte_, &HexBox::left, window_->word, [this] { window_->word->showText("0000"); });
+        writeByAssistiveTool(window_->word, "12a");
+        QCOMPARE(leftByte.count(), 1);
+        QCOMPARE(byte_->text(), "07");
+        QVERIFY(window_->word->entered() && window_->word->hasFocus());
+        QCOMPARE(window_->word->text(), "12a");
+        clickIn(window_->button);
+        QCOMPARE(leftWord.count(), 1);
+        QCOMPARE(window_->word->text(), "012A");
+    }
+
+    void aToolThatWritesMeetsARefusal() {
+        window_->typeInto(byte_, "12g");
+        dialogs_->expectMessage(refusal);
+        writeByAssistiveTool(window_->word, "34");
+        QCOMPARE(window_->word->text(), "0000");
+        QVERIFY(!window_->word->entered());
+        QTRY_VERIFY(dialogs_->allCame());
+        checkKept(byte_, "12g");
+    }
+
     /// An assistive tool that moves the focus waits for an answer: it could not read a message before.
     void aToolIsAnsweredBeforeTheRefusalIsShown() {
         window_->typeInto(byte_, "12g");
