@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QTest>
+#include <utility>
 
 #include "tests/support/RealInput.h"
 #include "tests/ui/trace/TraceWindowTest.h"
@@ -116,8 +117,9 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
 
     /// Only where the platform has somebody to tell.
     void assistiveToolsAreToldOfChanges() {
-        if (!QTest::qWaitFor([] { return QAccessible::isActive(); }, 1000))
+        if (!QTest::qWaitFor([] { return QAccessible::isActive(); }, 1000)) {
             QSKIP("no assistive tool could listen on this platform");
+        }
         static QList<QPair<QAccessible::Event, int>> told;
         told.clear();
         const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
@@ -125,9 +127,9 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
         });
         QVERIFY(showActive(window_.get()));
         record(99);
-        QVERIFY(told.contains(QPair(QAccessible::TableModelChanged, -1)));
+        QVERIFY(told.contains(std::pair(QAccessible::TableModelChanged, -1)));
         clickCell(95, 2);
-        QVERIFY(told.contains(QPair(QAccessible::Focus, 15 * (95 - 80 + 1) + 2)));
+        QVERIFY(told.contains(std::pair(QAccessible::Focus, 15 * (95 - 80 + 1) + 2)));
         QAccessible::installUpdateHandler(before);
     }
 };
