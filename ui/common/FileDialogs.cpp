@@ -7,9 +7,11 @@
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
+#include <algorithm>
 
 #include "ui/common/FileDetails.h"
 
@@ -54,8 +56,12 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
-/// The toolkit leaves these at widths that suit English texts.
-void makeRoomForTexts(const QFileDialog& dialog) {
+/// The toolkit gives all this room for English texts.
+void makeRoomForTexts(QFileDialog& dialog) {
+    constexpr int letters = 115;  // of a row of details: name, size, kind, date, and the places beside them
+    const int wanted = letters * dialog.fontMetrics().averageCharWidth();
+    const int room = dialog.screen()->availableSize().width() - 16;
+    dialog.resize(std::min(room, std::max(wanted, dialog.width())), dialog.height());
     if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
         types->setSizeAdjustPolicy(QComboBox::AdjustToContents);
         types->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
