@@ -11,7 +11,6 @@
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
-#include <algorithm>
 
 #include "ui/common/FileDetails.h"
 
@@ -59,9 +58,9 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
 /// The toolkit gives all this room for English texts.
 void makeRoomForTexts(QFileDialog& dialog) {
     constexpr int letters = 115;  // of a row of details: name, size, kind, date, and the places beside them
-    const int wanted = letters * dialog.fontMetrics().averageCharWidth();
-    const int room = dialog.screen()->availableSize().width() - 16;
-    dialog.resize(std::min(room, std::max(wanted, dialog.width())), dialog.height());
+    const QSize wanted(letters * dialog.fontMetrics().averageCharWidth(), dialog.height());
+    const QSize aroundTheDialog(16, 56);
+    dialog.resize(wanted.boundedTo(dialog.screen()->availableSize() - aroundTheDialog));
     if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
         types->setSizeAdjustPolicy(QComboBox::AdjustToContents);
         types->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
