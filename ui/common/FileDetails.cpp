@@ -15,7 +15,7 @@ constexpr int dateColumn = 3;
 }  // namespace
 
 QVariant FileDetails::data(const QModelIndex& index, int role) const {
-    const QVariant shown = QIdentityProxyModel::data(index, role);
+    QVariant shown = QIdentityProxyModel::data(index, role);
     const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
     if (role != Qt::DisplayRole || files == nullptr || shown.toString().isEmpty()) return shown;
     const QModelIndex file = mapToSource(index);

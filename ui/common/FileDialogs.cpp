@@ -7,6 +7,7 @@
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
@@ -54,8 +55,12 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
-/// The toolkit leaves these at widths that suit English texts.
-void makeRoomForTexts(const QFileDialog& dialog) {
+/// The toolkit gives all this room for English texts.
+void makeRoomForTexts(QFileDialog& dialog) {
+    constexpr int letters = 115;  // of a row of details: name, size, kind, date, and the places beside them
+    const QSize wanted(letters * dialog.fontMetrics().averageCharWidth(), dialog.height());
+    const QSize aroundTheDialog(16, 56);
+    dialog.resize(wanted.boundedTo(dialog.screen()->availableSize() - aroundTheDialog));
     if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
         types->setSizeAdjustPolicy(QComboBox::AdjustToContents);
         types->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);

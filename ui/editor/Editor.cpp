@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <optional>
 
 #include "ui/common/FileDialogs.h"
@@ -56,7 +57,8 @@ Editor::Editor(QWidget* parent)
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
     constexpr int columns = 90;
     constexpr int rows = 34;
-    resize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows);
+    resize(QSize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows)
+               .boundedTo(screen()->availableSize() - QSize(16, 56)));
     showCaption();
 }
 

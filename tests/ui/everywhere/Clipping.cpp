@@ -14,6 +14,7 @@
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
 #include <QTableView>
+#include <QTreeView>
 
 #include "ui/common/HexBox.h"
 #include "ui/trace/TraceView.h"
@@ -56,6 +57,7 @@ class Inspector {
         if (const auto* header = qobject_cast<const QHeaderView*>(&widget)) checkHeader(*header);
         if (const auto* table = qobject_cast<const QTableView*>(&widget)) checkCells(*table);
         if (const auto* list = qobject_cast<const QListWidget*>(&widget)) checkRows(*list);
+        if (const auto* files = qobject_cast<const QTreeView*>(&widget)) checkFiles(*files);
         if (const auto* trace = qobject_cast<const TraceView*>(&widget)) checkTrace(*trace);
         if (const auto* bar = qobject_cast<const QMenuBar*>(&widget)) checkActions(*bar, *bar);
         if (const auto* menu = qobject_cast<const QMenu*>(&widget)) checkActions(*menu, *menu);
@@ -130,6 +132,13 @@ class Inspector {
         const QSize needed(list.sizeHintForColumn(0), list.fontMetrics().height());
         needs(list, QStringLiteral("rows"), {list.viewport()->width(), list.sizeHintForRow(0)}, needed);
         checkNoBar(list);
+    }
+
+    /// Unless the screen is too small for a row of details.
+    void checkFiles(const QTreeView& files) {
+        if (files.screen()->availableSize().width() > 120 * files.fontMetrics().averageCharWidth()) {
+            checkNoBar(files);
+        }
     }
 
     /// Every column can be read, and all of them are there unless the screen is too small.
