@@ -127,8 +127,8 @@ bool reaches(const QWidget* widget, const QPoint& place) {
 QString nameOf(const QWidget* widget) {
     QString name = QString::fromLatin1(widget->metaObject()->className());
     if (!widget->objectName().isEmpty()) name += ' ' + widget->objectName();
-    if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
-        name += " '" + button->text() + '\'';
+    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+    if (button != nullptr) name += " '" + button->text() + '\'';
     return name;
 }
 

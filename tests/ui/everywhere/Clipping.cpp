@@ -155,8 +155,8 @@ class Inspector {
 
     void checkNoBar(const QAbstractScrollArea& area) {
         const int hidden = area.horizontalScrollBar()->maximum();
-        if (hidden > 0)
-            complaints_.append(QStringLiteral("%1: %2 out of view").arg(describe(area)).arg(hidden));
+        if (hidden == 0) return;
+        complaints_.append(QStringLiteral("%1: %2 out of view").arg(describe(area)).arg(hidden));
     }
 
     template <typename Menu>
