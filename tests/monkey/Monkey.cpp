@@ -48,7 +48,7 @@ void Monkey::open() {
     closed_ = ended_ = false;
     connect(&program_->principal(), &Principal::closed, this, [this] { closed_ = true; });
     connect(program_.get(), &Program::ended, this, [this] { ended_ = true; });
-    ++sessions_;
+    ++starts_;
     program_->start();
 }
 
@@ -68,9 +68,9 @@ void Monkey::play() {
 }
 
 QString Monkey::figures() const {
-    return QStringLiteral("%1 steps, %2 sessions, %3 runs, %4 instructions in them, %5 dialogs, digest %6")
+    return QStringLiteral("%1 steps, %2 starts, %3 runs, %4 instructions in them, %5 dialogs, digest %6")
         .arg(diary_.step())
-        .arg(sessions_)
+        .arg(starts_)
         .arg(runs_)
         .arg(instructions_)
         .arg(dialogs_)

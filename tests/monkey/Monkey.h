@@ -85,7 +85,7 @@ class Monkey : public QObject {
     std::uint64_t seenRevision_ = 0;
     int instructionsToGo_ = 0;
 
-    int sessions_ = 0;
+    int starts_ = 0;
     int runs_ = 0;
     int dialogs_ = 0;
     std::uint64_t instructions_ = 0;
