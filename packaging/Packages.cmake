@@ -31,9 +31,9 @@ programs come with it. Its texts are in Spanish.
 
 Tavinor muestra en una sola ventana un Intel 8085 simulado entero: todos los
 registros, indicadores, posiciones de memoria y puertos se leen y se cambian
-en hexadecimal. Los programas se cargan de ficheros Intel HEX, se ejecutan paso
-a paso o de forma continua, con puntos de ruptura, interrupciones y traza. Lo
-acompañan un ensamblador de tres pasadas, un pequeño editor de fuentes y
+en hexadecimal. Los programas se cargan desde ficheros Intel HEX, se ejecutan
+paso a paso o de forma continua, con puntos de ruptura, interrupciones y traza.
+Lo acompañan un ensamblador de tres pasadas, un pequeño editor de fuentes y
 programas de ejemplo.")
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian-files.cmake)
 set(CPACK_TAVINOR_RELEASE_DATE ${TAVINOR_RELEASE_DATE})
