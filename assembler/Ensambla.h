@@ -25,7 +25,7 @@ struct AssemblyResult {
 };
 
 /// Assembles the bytes of a source file in three passes: splits the lines, places the statements, encodes
-/// them. All errors of a pass are reported, and the first pass with errors is the last one. Writes no file.
+/// them. A pass with errors goes on to its end, and is the last one. Writes no file.
 /// `opcodes` are the sources of the opcode table.
 AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
                         std::span<const std::string_view> opcodes = opcodeSources);

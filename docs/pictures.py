@@ -30,6 +30,7 @@ GROUPS = {
     "puertos": "Puertos de E/S",
 }
 MARGIN = 6
+FRAME = 20  # what lies below the last control of a full group, with its frame
 
 
 class Camera:
@@ -48,10 +49,12 @@ class Camera:
         self._take(name, "-window", xdotool("getactivewindow")[0])
 
     def node(self, name, node):
-        """A control, or a group down to the last control in it."""
+        """A control, or a group: whole where its controls fill it, else down to the last of them."""
         box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         inside = [child.queryComponent().getExtents(pyatspi.DESKTOP_COORDS) for child in node]
         height = max([child.y + child.height for child in inside], default=box.y + box.height) - box.y
+        if box.height - height <= FRAME:
+            height = box.height
         size = f"{box.width + 2 * MARGIN}x{height + 2 * MARGIN}"
         place = f"+{box.x - MARGIN}+{box.y - MARGIN}"
         self._take(name, "-window", "root", "-crop", size + place, "+repage")
@@ -86,6 +89,7 @@ def main_window(p, camera, examples):
     camera.window("principal")
     bar = p.find("Ejecutar", "push button").parent
     camera.node("botones", bar)
+    p.click(p.row("0008"))  # shows it in the entry row
     for name, title in GROUPS.items():
         camera.node(name, group(p, title))
 

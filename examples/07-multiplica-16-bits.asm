@@ -29,7 +29,7 @@ INICIO: LHLD FACT1
 BUCLE:  MOV  A,E
         RRC                 ; CY = bit que toca del multiplicador
         JNC  DESPLA
-        DAD  B              ; CY = bit 17 de la suma
+        DAD  B              ; CY = lo que no cabe en HL
 DESPLA: MOV  A,H            ; CY entra por la izquierda de H ...
         RAR
         MOV  H,A

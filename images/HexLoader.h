@@ -36,9 +36,9 @@ struct LoadResult {
 ///     past FFFF (the bytes before stay stored).
 RecordCode extlinfic(std::string& cad, MachineState& m, Host& host);
 
-/// Loads a file up to its end record. Every byte is stored as it is read: a load that fails later leaves the
-/// records before in memory. Only a successful load clears the breakpoints, and it is successful whatever the
-/// checksums of the data records were.
+/// Loads a file up to its end record. Every byte is stored as it is read, and a failure takes none of them
+/// back. Only a successful load clears the breakpoints, and it is successful whatever the checksums of the
+/// data records were.
 LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host);
 
 }  // namespace tavinor

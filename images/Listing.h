@@ -9,8 +9,8 @@
 
 namespace tavinor {
 
-/// The start address for a listing that shows `cp` (0..65535) with up to 12 bytes of instructions before it:
-/// the earliest start whose instructions lead exactly to `cp`, at the latest `cp` itself.
+/// Where a listing begins that shows `cp` (0..65535) below some of what precedes it: the earliest start, 12
+/// bytes before `cp` at most, whose instructions lead exactly to `cp`; it may be `cp` itself.
 std::int32_t inidisp(MachineState& m, std::int32_t cp);
 
 /// The rows of the program listing: at most 29 instructions that follow each other, and the selected row.
@@ -24,16 +24,15 @@ class Listing {
     Listing(MachineState& machine, const Breakpoints& breakpoints)
         : machine_(machine), breakpoints_(breakpoints) {}
 
-    /// Rebuilds the rows from `cp` (0..65535) and returns the row whose address is `sel`, or -1. The last row
-    /// is the one whose next address would pass FFFF, if that comes before row 29. Leaves the selection
-    /// alone.
+    /// Rebuilds the rows from `cp` (0..65535) and returns the row whose address is `sel`, or -1. There are 29
+    /// rows, fewer where the memory ends. Leaves the selection alone.
     int dispmem(std::int32_t cp, std::int32_t sel = noAddress);
 
     /// Rebuilds the rows so that `address` (0..65535) shows with up to 12 bytes before it, and selects it.
     void position(std::int32_t address);
 
-    /// Rebuilds the rows from the first one and selects the row of the address that was selected. A row that
-    /// is not there, in an empty list or without a selection, counts as 0000.
+    /// Rebuilds the rows from the first one and keeps the selected address selected. A row that is not there,
+    /// in an empty list or without a selection, counts as 0000.
     void rebuildInPlace();
 
     /// Up arrow on the first row: one byte back, whatever instruction boundary that falls on.

@@ -25,8 +25,8 @@ std::string ls(std::int32_t value);
 /// Blanks, TABs and line feeds are skipped wherever they stand; any other character that is no digit ends the
 /// number; no digit at all is 0; of more than eight digits the last eight count. Up to four digits read as a
 /// signed 16-bit value, more as a signed 32-bit value, and a negative result is corrected by adding 65536: so
-/// "FFFF" and "FFFFFFFF" are both 65535, and "80000000" stays negative. Values above 65535 are returned as
-/// they are. Never fails.
+/// "FFFF" and "FFFFFFFF" are both 65535, and "80000000" stays negative. Nothing cuts a value to 16 bits.
+/// Never fails.
 std::int32_t dec(std::string_view text);
 
 }  // namespace tavinor

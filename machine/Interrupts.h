@@ -34,8 +34,8 @@ void reset(MachineState& m) noexcept;
 /// @throws RuntimeError as `OPCALL`.
 void acceptInterrupt(MachineState& m, Host& host, std::int32_t address);
 
-/// Accepts RST 7.5. The latch is set, not cleared: it stays until a SIM with bit 4 or a reset clears it, and
-/// until then every unmasking or enabling by the user serves RST 7.5 again.
+/// Accepts RST 7.5. The latch is set, where the chip clears it: only SIM with bit 4 and a reset do, and until
+/// then every unmasking or enabling by the user serves RST 7.5 again.
 /// @throws RuntimeError as `OPCALL`.
 void acceptRst75(MachineState& m, Host& host);
 

@@ -5,8 +5,8 @@
 
 namespace tavinor {
 
-/// Whether a step moves PC past its instruction first. `stay` is for INTR: the instruction executes in place,
-/// and a return address that it pushes is the address of the instruction that would have run next.
+/// Whether a step moves PC past its instruction first. `stay` is for INTR, whose instruction is not part of
+/// the program: what it calls returns to where the program was interrupted.
 enum class Advance : bool { past, stay };
 
 /// Executes exactly one instruction.

@@ -23,18 +23,19 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS fonts-dejavu-core)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, qt6-wayland, xdg-utils")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "teaching simulator and assembler for the Intel 8085")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"Tavinor shows one simulated Intel 8085 whole in one window: every register,
-flag, memory cell and port can be read and edited in hexadecimal. Programs are
-loaded from Intel HEX files, stepped or run with breakpoints, interrupted by
-buttons, and traced. A three-pass assembler, a small source editor and example
-programs come with it. Its texts are in Spanish.
+"Tavinor teaches how an Intel 8085 works. A single window shows the whole
+simulated machine, and what it shows, from the registers to the last byte
+of memory, is changed by typing over it. Programs come from Intel HEX files
+and are stepped, run up to a breakpoint, interrupted by buttons, and
+traced. It comes with a three-pass assembler, a small editor and example
+programs. Its texts are in Spanish.
 
-Tavinor muestra en una sola ventana un Intel 8085 simulado entero: todos los
-registros, indicadores, posiciones de memoria y puertos se leen y se cambian
-en hexadecimal. Los programas se cargan de ficheros Intel HEX, se ejecutan paso
-a paso o de forma continua, con puntos de ruptura, interrupciones y traza. Lo
-acompañan un ensamblador de tres pasadas, un pequeño editor de fuentes y
-programas de ejemplo.")
+Con Tavinor se aprende cómo funciona un Intel 8085. Una sola ventana
+muestra la máquina simulada entera, y lo que muestra, de los registros al
+último byte de la memoria, se cambia escribiendo encima. Los programas
+llegan en ficheros Intel HEX y se ejecutan paso a paso o hasta un punto de
+ruptura, con interrupciones y traza. Lo acompañan un ensamblador de tres
+pasadas, un pequeño editor y programas de ejemplo.")
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/debian-files.cmake)
 set(CPACK_TAVINOR_RELEASE_DATE ${TAVINOR_RELEASE_DATE})
 

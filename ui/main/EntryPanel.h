@@ -10,8 +10,8 @@ class QLabel;
 
 namespace tavinor {
 
-/// The group "Instrucción": an address and up to three bytes, typed straight into memory. A blank byte box
-/// writes nothing. The boxes keep their texts after a write.
+/// The group "Instrucción": an address, and the bytes of an instruction, each written to memory when its box
+/// is left. A blank one writes nothing. A write leaves the boxes as they are.
 class EntryPanel : public QGroupBox {
     Q_OBJECT
 

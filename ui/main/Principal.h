@@ -27,7 +27,7 @@ class RegisterPanel;
 class StackPanel;
 class TraceRecorder;
 
-/// The simulator's main window. It owns the machine and the breakpoints, wires the panels that show them and
+/// The window of the simulator. It has the machine and the breakpoints, wires the panels that show them and
 /// drives execution. The window is running exactly while `Ejecutar` reads "&Parar".
 ///
 /// A refresh has two halves. The first notes, after every instruction, the values that the views show. The

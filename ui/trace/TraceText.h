@@ -15,7 +15,7 @@ constexpr std::size_t firstRegisterColumn = 3;
 
 using RowCells = std::array<std::string, traceColumns>;
 
-/// The header cells, with their trailing blanks: each column is as wide as its header.
+/// The header cells. Their trailing blanks give the columns their widths.
 inline constexpr std::array<std::string_view, traceColumns> traceHeader{
     "DIR ", "DAT      ", "INS         ", "A ", "B ", "C ",   "D ",  "E ",
     "F ",   "szapc",     "H ",           "L ", "M ", "PC  ", "SP  "};
