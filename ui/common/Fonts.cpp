@@ -10,17 +10,18 @@ namespace tavinor {
 
 namespace {
 
+/// A widget with a font of its own does not hear that the desktop's has changed; its parent does.
 class FontKeeper : public QObject {
   public:
     FontKeeper(QWidget* widget, const std::function<QFont()>& font, const std::function<void()>& fit)
         : QObject(widget), widget_(widget), font_(font), fit_(fit) {
-        widget->installEventFilter(this);
+        if (widget->parentWidget() != nullptr) widget->parentWidget()->installEventFilter(this);
         apply();
     }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::ApplicationFontChange) apply();
+        if (event->type() == QEvent::FontChange) apply();
         return QObject::eventFilter(watched, event);
     }
 

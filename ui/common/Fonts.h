@@ -18,7 +18,7 @@ QFont arialFont(double scale, bool bold);
 QFont desktopFont(double scale, bool bold);
 
 /// Gives `widget` the font that `font` makes, and makes it anew whenever the desktop's font changes. `fit`
-/// follows each time: what depends on the size of letters.
+/// follows each time: what depends on the size of letters. The widget has its parent already.
 void useFont(QWidget* widget, const std::function<QFont()>& font, const std::function<void()>& fit = {});
 
 }  // namespace tavinor

@@ -14,8 +14,6 @@ namespace tavinor {
 
 namespace {
 
-constexpr int fewestRows = 8;
-
 std::int32_t addressOf(const QModelIndex& index) {
     return index.row() * ByteGridModel::columns + index.column();
 }
@@ -97,12 +95,9 @@ void ByteGrid::fitCells() {
         verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn ? verticalScrollBar()->sizeHint().width() : 0;
     setMinimumWidth(ByteGridModel::columns * cell + verticalHeader()->sizeHint().width() + bar +
                     2 * frameWidth());
-    const int around = horizontalHeader()->sizeHint().height() + 2 * frameWidth();
-    if (visibleRows_ > 0) {
-        setFixedHeight(visibleRows_ * verticalHeader()->defaultSectionSize() + around);
-    } else {
-        setMinimumHeight(fewestRows * verticalHeader()->defaultSectionSize() + around);
-    }
+    if (visibleRows_ == 0) return;
+    const int rows = visibleRows_ * verticalHeader()->defaultSectionSize();
+    setFixedHeight(rows + horizontalHeader()->sizeHint().height() + 2 * frameWidth());
 }
 
 std::int32_t ByteGrid::currentAddress() const {

