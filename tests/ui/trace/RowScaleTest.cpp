@@ -28,7 +28,7 @@ TEST(RowScale, BeyondThatTheEndsAreExactAndTheMiddleIsTheMiddle) {
         EXPECT_EQ(rowscale::firstRow(maximum, last), last);
         const std::uint64_t middle = rowscale::firstRow(maximum / 2, last);
         EXPECT_NEAR(static_cast<double>(middle) / static_cast<double>(last), 0.5, 1e-6);
-        EXPECT_NEAR(rowscale::barValue(middle, last), maximum / 2, 1);
+        EXPECT_NEAR(rowscale::barValue(middle, last), maximum / 2.0, 1);
     }
 }
 
