@@ -2,8 +2,8 @@
 
 #include "ui/common/ApplicationIcon.h"
 #include "ui/common/Translations.h"
-#include "ui/startup/Ending.h"
 #include "ui/program/Program.h"
+#include "ui/startup/Ending.h"
 
 int main(int argc, char* argv[]) {
     int exitCode = 0;
