@@ -39,10 +39,16 @@ QString withSingleLineEnds(const QString& text) {
     return single;
 }
 
-/// Whether the event may change the text, or depends on where it ends.
+bool isModifier(int key) {
+    return key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_AltGr || key == Qt::Key_Shift ||
+           key == Qt::Key_Meta;
+}
+
+/// Whether the event may change the text, or depends on where it ends. The beginning of a menu's key does
+/// not.
 bool needsWholeText(const QEvent& event) {
     switch (event.type()) {
-        case QEvent::KeyPress:
+        case QEvent::KeyPress: return !isModifier(static_cast<const QKeyEvent&>(event).key());
         case QEvent::InputMethod:
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:

@@ -98,6 +98,16 @@ class SourceEditTest : public QObject {
         QVERIFY(f.box.textCursor().atEnd());
     }
 
+    void theBeginningOfACommandLeavesTheRestToCome() {
+        for (const Qt::Key modifier : {Qt::Key_Control, Qt::Key_Alt, Qt::Key_Shift}) {
+            Fixture f;
+            f.setLongText();
+            QKeyEvent press(QEvent::KeyPress, modifier, Qt::NoModifier);
+            QApplication::sendEvent(&f.box, &press);
+            QVERIFY(f.box.isFilling());
+        }
+    }
+
     void whatIsTypedMeanwhileCanBeUndone() {
         Fixture f;
         f.setLongText();
