@@ -1,5 +1,6 @@
 #include "ui/common/FileDialogs.h"
 
+#include <QChildEvent>
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
@@ -7,6 +8,7 @@
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QScreen>
 #include <QSettings>
 #include <QStringList>
@@ -55,10 +57,27 @@ void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
+/// The toolkit's own questions, about a file to be deleted, take a name that looks like markup for markup.
+class PlainQuestions : public QObject {
+  public:
+    using QObject::QObject;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ChildPolished) {
+            auto* box = qobject_cast<QMessageBox*>(static_cast<QChildEvent*>(event)->child());
+            if (box != nullptr) box->setTextFormat(Qt::PlainText);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 /// The toolkit gives all this room for English texts.
 void makeRoomForTexts(QFileDialog& dialog) {
     constexpr int letters = 115;  // of a row of details: name, size, kind, date, and the places beside them
-    const QSize wanted(letters * dialog.fontMetrics().averageCharWidth(), dialog.height());
+    constexpr int nameLetters = 45;  // so that a long name leaves the rest in view
+    const int letter = dialog.fontMetrics().averageCharWidth();
+    const QSize wanted(letters * letter, dialog.height());
     const QSize aroundTheDialog(16, 56);
     dialog.resize(wanted.boundedTo(dialog.screen()->availableSize() - aroundTheDialog));
     if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
@@ -67,6 +86,7 @@ void makeRoomForTexts(QFileDialog& dialog) {
     }
     if (auto* details = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
         details->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        details->header()->setMaximumSectionSize(nameLetters * letter);
     }
 }
 
@@ -87,6 +107,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     dialog.setProxyModel(new FileDetails(&dialog));
     installFilters(dialog, nameFilters(texts.filter));
     makeRoomForTexts(dialog);
+    dialog.installEventFilter(new PlainQuestions(&dialog));
     if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
         name->setText(texts.initialName);
         name->selectAll();

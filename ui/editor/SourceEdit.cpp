@@ -26,10 +26,29 @@ QString withLineFeeds(QString text) {
     return text.replace(QChar(QChar::ParagraphSeparator), QChar(QChar::LineFeed));
 }
 
-/// Whether the event may change the text, or depends on where it ends.
+/// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
+/// feels.
+QString withSingleLineEnds(const QString& text) {
+    QString single;
+    single.reserve(text.size());
+    QChar previous;
+    for (const QChar c : text) {
+        if (c != '\n' || previous != '\r') single += c == '\r' ? QChar('\n') : c;
+        previous = c;
+    }
+    return single;
+}
+
+bool isModifier(int key) {
+    return key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_AltGr || key == Qt::Key_Shift ||
+           key == Qt::Key_Meta;
+}
+
+/// Whether the event may change the text, or depends on where it ends. The beginning of a menu's key does
+/// not.
 bool needsWholeText(const QEvent& event) {
     switch (event.type()) {
-        case QEvent::KeyPress:
+        case QEvent::KeyPress: return !isModifier(static_cast<const QKeyEvent&>(event).key());
         case QEvent::InputMethod:
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -51,9 +70,15 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setMouseTracking(true);
     connect(this, &QPlainTextEdit::selectionChanged, this, &SourceEdit::touched);
-    connect(this, &QPlainTextEdit::textChanged, this, [this] {
-        if (!settingSource_) emit edited();
-    });
+    connect(this, &QPlainTextEdit::textChanged, this, &SourceEdit::noteEdit);
+}
+
+/// An assistive tool writes without any event. Where it has taken away all that it found, it meant all of the
+/// text.
+void SourceEdit::noteEdit() {
+    if (settingSource_) return;
+    if (document()->isEmpty()) arriving_.truncate(arrived_);
+    emit edited();
 }
 
 /// Not `toPlainText`, which turns no-break spaces into plain ones.
@@ -63,8 +88,7 @@ QString SourceEdit::source() {
 }
 
 void SourceEdit::setSource(const QString& text) {
-    arriving_ = text;
-    arriving_.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace('\r', '\n');
+    arriving_ = withSingleLineEnds(text);
     arrived_ = 0;
     const QScopedValueRollback setting(settingSource_, true);
     setPlainText(nextPiece());

@@ -56,6 +56,7 @@ class SourceEdit : public QPlainTextEdit {
 
   private:
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
+    void noteEdit();
     void setTabStops();
     QString nextPiece();
     void addPiece();

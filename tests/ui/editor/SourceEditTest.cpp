@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
@@ -75,6 +76,12 @@ class SourceEditTest : public QObject {
         QCOMPARE(f.box.verticalScrollBar()->value(), 0);
     }
 
+    void anyKindOfLineEndIsTaken() {
+        Fixture f;
+        f.box.setSource("\ra\r\nb\n\r\n\rc\r\r\nd\n\ne\r");
+        QCOMPARE(f.box.source(), QString("\na\nb\n\n\nc\n\nd\n\ne\n"));
+    }
+
     void theSourceIsWholeAtAnyTime() {
         Fixture f;
         f.setLongText();
@@ -89,6 +96,16 @@ class SourceEditTest : public QObject {
         QApplication::sendEvent(&f.box, &end);
         QVERIFY(!f.box.isFilling());
         QVERIFY(f.box.textCursor().atEnd());
+    }
+
+    void theBeginningOfACommandLeavesTheRestToCome() {
+        for (const Qt::Key modifier : {Qt::Key_Control, Qt::Key_Alt, Qt::Key_Shift}) {
+            Fixture f;
+            f.setLongText();
+            QKeyEvent press(QEvent::KeyPress, modifier, Qt::NoModifier);
+            QApplication::sendEvent(&f.box, &press);
+            QVERIFY(f.box.isFilling());
+        }
     }
 
     void whatIsTypedMeanwhileCanBeUndone() {
@@ -135,6 +152,16 @@ class SourceEditTest : public QObject {
         QTextCursor(f.box.document()).insertText("x");
         f.waitForAll();
         QCOMPARE(f.shown(), "x" + longText());
+    }
+
+    void aWriterBesideTheKeyboardCanReplaceAllOfIt() {
+        Fixture f;
+        f.setLongText();
+        QAccessibleInterface* tool = QAccessible::queryAccessibleInterface(&f.box);
+        tool->editableTextInterface()->replaceText(0, tool->textInterface()->characterCount(), "HLT\n");
+        f.waitForAll();
+        QCOMPARE(f.shown(), QString("HLT\n"));
+        QCOMPARE(f.box.source(), QString("HLT\n"));
     }
 
     void anotherTextTakesThePlaceOfOneThatIsComing() {
