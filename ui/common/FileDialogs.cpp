@@ -74,7 +74,7 @@ class PlainQuestions : public QObject {
 
 /// The toolkit gives all this room for English texts.
 void makeRoomForTexts(QFileDialog& dialog) {
-    constexpr int letters = 115;  // of a row of details: name, size, kind, date, and the places beside them
+    constexpr int letters = 122;  // of a row of details: name, size, kind, date, and the places beside them
     constexpr int nameLetters = 45;  // so that a long name leaves the rest in view
     const int letter = dialog.fontMetrics().averageCharWidth();
     const QSize wanted(letters * letter, dialog.height());
