@@ -117,7 +117,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     }
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QStringList chosen = dialog.selectedFiles();
-    if (chosen.isEmpty()) return std::nullopt;
+    if (chosen.isEmpty() || chosen.first().isEmpty()) return std::nullopt;  // "//" makes an empty one
     return QDir::toNativeSeparators(withDefaultSuffix(chosen.first(), texts.defaultSuffix));
 }
 

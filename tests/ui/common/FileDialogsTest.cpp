@@ -72,6 +72,16 @@ class FileDialogsTest : public QObject {
         });
     }
 
+    /// The toolkit makes an empty path of it.
+    void slashesAloneAreNoFile() {
+        QWidget parent;
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog({"Abrir", {"Todos (*.*)"}, ""}, "//");
+        const auto path =
+            askFileToOpen(&parent, {.title = "Abrir", .filter = "Todos (*.*)|*.*", .initialName = {}});
+        QVERIFY(!path.has_value());
+    }
+
     void aNameThatLooksLikeMarkupIsNone() {
         Fixture f("<b>x<b>&amp;.asm");
         Qt::TextFormat format = Qt::AutoText;
