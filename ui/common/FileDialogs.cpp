@@ -15,6 +15,7 @@
 #include <QTreeView>
 
 #include "ui/common/FileDetails.h"
+#include "ui/common/FileKinds.h"
 
 namespace tavinor {
 
@@ -99,7 +100,9 @@ QString withDefaultSuffix(const QString& path, const QString& suffix) {
 
 std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
     keepSettingsOutOfTheHome();
+    FileKinds kinds;
     QFileDialog dialog(parent, texts.title);
+    dialog.setIconProvider(&kinds);
     dialog.setObjectName(QStringLiteral("fileDialog"));
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(mode);
@@ -114,7 +117,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     }
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const QStringList chosen = dialog.selectedFiles();
-    if (chosen.isEmpty()) return std::nullopt;
+    if (chosen.isEmpty() || chosen.first().isEmpty()) return std::nullopt;  // "//" makes an empty one
     return QDir::toNativeSeparators(withDefaultSuffix(chosen.first(), texts.defaultSuffix));
 }
 

@@ -21,7 +21,8 @@ class Fixture {
   public:
     explicit Fixture(const QString& name) {
         QFile file(folder_.filePath(name));
-        if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write %s", qPrintable(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write("HLT\n") < 0)
+            qFatal("cannot write %s", qPrintable(name));
     }
 
     /// Opens the dialog, calls `act` with its details, and cancels it.
@@ -59,6 +60,26 @@ class FileDialogsTest : public QObject {
             const int end = header->sectionPosition(last) + header->sectionSize(last);
             QVERIFY2(end <= files.viewport()->width(), qPrintable(QString::number(end)));
         });
+    }
+
+    /// Reading them may take for ever.
+    void theKindOfAFileIsKnownWithoutReadingIt() {
+        Fixture f("prog.asm");
+        f.inDetails([](QTreeView& files) {
+            constexpr int kindColumn = 2;
+            const QModelIndex kind = files.model()->index(0, kindColumn, files.rootIndex());
+            QTRY_COMPARE(kind.data().toString(), QString("Fichero ASM"));
+        });
+    }
+
+    /// The toolkit makes an empty path of it.
+    void slashesAloneAreNoFile() {
+        QWidget parent;
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog({"Abrir", {"Todos (*.*)"}, ""}, "//");
+        const auto path =
+            askFileToOpen(&parent, {.title = "Abrir", .filter = "Todos (*.*)|*.*", .initialName = {}});
+        QVERIFY(!path.has_value());
     }
 
     void aNameThatLooksLikeMarkupIsNone() {
