@@ -137,7 +137,7 @@ void ByteGrid::mousePressEvent(QMouseEvent* event) {
 }
 
 QVariant ByteGrid::inputMethodQuery(Qt::InputMethodQuery query) const {
-    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex());
+    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex()).translated(viewport()->pos());
     return QTableView::inputMethodQuery(query);
 }
 

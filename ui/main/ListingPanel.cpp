@@ -48,7 +48,7 @@ void ListingView::fitRows() {
 }
 
 QVariant ListingView::inputMethodQuery(Qt::InputMethodQuery query) const {
-    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex());
+    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex()).translated(viewport()->pos());
     return QListWidget::inputMethodQuery(query);
 }
 

@@ -21,8 +21,9 @@ class Fixture {
   public:
     explicit Fixture(const QString& name) {
         QFile file(folder_.filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write("HLT\n") < 0)
+        if (!file.open(QIODevice::WriteOnly) || file.write("HLT\n") < 0) {
             qFatal("cannot write %s", qPrintable(name));
+        }
     }
 
     /// Opens the dialog, calls `act` with its details, and cancels it.

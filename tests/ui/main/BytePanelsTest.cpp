@@ -57,6 +57,15 @@ class BytePanelsTest : public QObject {
         QCOMPARE(titles, QStringList({"Memoria", "Puertos de E/S"}));
     }
 
+    void theyTellWhereTheKeyboardIs() {
+        for (const QString& name : {QString("grdmem"), QString("grdport")}) {
+            const QTableView* grid = s_->grid(name);
+            const QRect cell = grid->visualRect(grid->currentIndex());
+            const QRect told = grid->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+            QCOMPARE(told, QRect(grid->viewport()->mapTo(grid, cell.topLeft()), cell.size()));
+        }
+    }
+
     void startsAtZero() {
         QCOMPARE(difference(), QString());
         for (const char* box : {"txtDirMem", "txtDirPort", "txtDatMem", "txtDatPort"}) {
