@@ -14,6 +14,18 @@ namespace {
 
 /// No source for 64 KiB of memory is that long, and the text box could not hold much more.
 constexpr qint64 mostBytes = 64 * 1024 * 1024;
+/// The text box lays out a line as a whole: this much takes it half a second, and a program of one line
+/// minutes.
+constexpr qsizetype mostBytesOfALine = qsizetype{1024} * 1024;
+
+bool linesFitTheBox(const QByteArray& bytes) {
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] == '\n' || bytes[i] == '\r') start = i + 1;
+        if (i - start >= mostBytesOfALine) return false;
+    }
+    return true;
+}
 
 /// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
 /// feels.
@@ -47,7 +59,9 @@ SourceFile readSource(const QString& path) {
     // A folder, a pipe or a device is no source, and reading some of them would never end.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
     const QByteArray bytes = file.read(mostBytes + 1);
-    if (file.error() != QFileDevice::NoError || bytes.size() > mostBytes) return {};
+    if (file.error() != QFileDevice::NoError || bytes.size() > mostBytes || !linesFitTheBox(bytes)) {
+        return {};
+    }
     return decodeSource(bytes);
 }
 

@@ -24,7 +24,7 @@ struct SourceFile {
 
 /// UTF-8 (plain ASCII is), or Windows-1252 where the bytes are no valid UTF-8.
 SourceFile decodeSource(const QByteArray& bytes);
-/// A file of more than 64 MiB counts as one that cannot be read.
+/// A file of more than 64 MiB, or with a line of more than 1 MiB, counts as one that cannot be read.
 SourceFile readSource(const QString& path);
 
 /// Whether every character of `text` exists in `encoding`.

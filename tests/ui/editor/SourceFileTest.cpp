@@ -95,12 +95,25 @@ class SourceFileTest : public QObject {
 
     void readsNoMoreThanATextBoxHolds() {
         constexpr qint64 most = 64 * 1024 * 1024;
-        put(path("huge"), "A");
-        QVERIFY(QFile::resize(path("huge"), most));  // takes no room on the disk
+        put(path("huge"), QByteArray(most, '\n'));
         QCOMPARE(readSource(path("huge")).text.size(), static_cast<qsizetype>(most));
         QVERIFY(QFile::resize(path("huge"), most + 1));
         QCOMPARE(readSource(path("huge")).state, SourceFile::State::failed);
         QVERIFY(QFile::remove(path("huge")));
+    }
+
+    void readsNoLineThatTheTextBoxWouldTakeLongFor() {
+        const QByteArray longest(1024 * 1024, 'x');
+        for (const char* end : {"\n", "\r", "\r\n", ""}) {
+            put(path("a.asm"), "NOP" + QByteArray(end) + longest + end + "HLT");
+            const bool fits = *end != '\0';
+            QCOMPARE(readSource(path("a.asm")).state,
+                     fits ? SourceFile::State::read : SourceFile::State::failed);
+            put(path("a.asm"), longest + 'x' + end);
+            QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::failed);
+        }
+        put(path("a.asm"), longest);
+        QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::read);
     }
 
     void writesLineEndsAsPairs() {
