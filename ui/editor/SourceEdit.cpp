@@ -19,7 +19,7 @@ namespace tavinor {
 namespace {
 
 constexpr int tabColumns = 8;
-constexpr qsizetype pieceSize = qsizetype{256} * 1024;  // characters: what comes in between two paints
+constexpr qsizetype pieceSize = qsizetype{512} * 1024;  // characters: what comes in between two paints
 
 /// Inside the toolkit a line ends in a paragraph separator.
 QString withLineFeeds(QString text) {
@@ -28,15 +28,15 @@ QString withLineFeeds(QString text) {
 
 /// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
 /// feels.
-QString withSingleLineEnds(const QString& text) {
-    QString single;
-    single.reserve(text.size());
+QString withSingleLineEnds(QString text) {
+    QChar* end = text.begin();
     QChar previous;
-    for (const QChar c : text) {
-        if (c != '\n' || previous != '\r') single += c == '\r' ? QChar('\n') : c;
+    for (const QChar c : std::as_const(text)) {
+        if (c != '\n' || previous != '\r') *end++ = c == '\r' ? QChar('\n') : c;
         previous = c;
     }
-    return single;
+    text.truncate(end - text.constBegin());
+    return text;
 }
 
 bool isModifier(int key) {

@@ -29,7 +29,7 @@ class EditorFilesTest : public QObject {
 
     void aLongTextIsSavedWholeBeforeAllOfItCame() {
         EditorFixture f;
-        const QByteArray bytes = QByteArray("\tMVI A,1\t; uno\r\n").repeated(50'000);
+        const QByteArray bytes = QByteArray("\tMVI A,1\t; uno\r\n").repeated(100'000);
         QVERIFY(f.open(f.put("short.asm", "HLT\r\n")));
         f.put("long.asm", bytes);
         DialogAnswerer dialogs;

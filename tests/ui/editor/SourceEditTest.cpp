@@ -16,7 +16,7 @@ namespace {
 /// Lines that tell their number, enough of them for several pieces.
 QString longText(const QString& lineEnd = "\n") {
     QString text;
-    for (int i = 0; i < 30'000; ++i) text += "\tMVI A," + QString::number(i) + "\t; línea" + lineEnd;
+    for (int i = 0; i < 50'000; ++i) text += "\tMVI A," + QString::number(i) + "\t; línea" + lineEnd;
     return text;
 }
 
