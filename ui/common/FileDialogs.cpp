@@ -9,13 +9,13 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QScreen>
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
 
 #include "ui/common/FileDetails.h"
 #include "ui/common/FileKinds.h"
+#include "ui/common/ScreenRoom.h"
 
 namespace tavinor {
 
@@ -79,8 +79,7 @@ void makeRoomForTexts(QFileDialog& dialog) {
     constexpr int nameLetters = 45;  // so that a long name leaves the rest in view
     const int letter = dialog.fontMetrics().averageCharWidth();
     const QSize wanted(letters * letter, dialog.height());
-    const QSize aroundTheDialog(16, 56);
-    dialog.resize(wanted.boundedTo(dialog.screen()->availableSize() - aroundTheDialog));
+    dialog.resize(wanted.boundedTo(roomOnScreen(dialog)));
     if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))) {
         types->setSizeAdjustPolicy(QComboBox::AdjustToContents);
         types->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);

@@ -9,12 +9,12 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScopedValueRollback>
-#include <QScreen>
 #include <optional>
 
 #include "ui/common/FileDialogs.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/ScreenRoom.h"
 #include "ui/editor/Busqueda.h"
 #include "ui/editor/SourceEdit.h"
 
@@ -58,7 +58,7 @@ Editor::Editor(QWidget* parent)
     constexpr int columns = 90;
     constexpr int rows = 34;
     resize(QSize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows)
-               .boundedTo(screen()->availableSize() - QSize(16, 56)));
+               .boundedTo(roomOnScreen(*this)));
     showCaption();
 }
 
