@@ -82,7 +82,7 @@ def example(examples, name):
 
 
 def main_window(p, camera, examples):
-    p.load(example(examples, "09-burbuja.hex"))
+    p.load(example(examples, "09-burbuja.HEX"))
     for step in range(9):
         key("alt+p")
         time.sleep(0.1)
@@ -95,7 +95,7 @@ def main_window(p, camera, examples):
 
 
 def breakpoint_reached(p, camera, examples):
-    p.load(example(examples, "12-factorial.hex"))
+    p.load(example(examples, "12-factorial.HEX"))
     p.click(p.row("000D"))
     key("F9")
     p.click("Ejecutar")
@@ -104,7 +104,7 @@ def breakpoint_reached(p, camera, examples):
 
 
 def halt_dialog(p, camera, examples):
-    p.load(example(examples, "01-suma.hex"))
+    p.load(example(examples, "01-suma.HEX"))
     p.click("Ejecutar")
     dialog = p.dialog("Tavinor")
     p.find("Programa Parado por instrucción HLT", within=dialog)
@@ -115,7 +115,7 @@ def halt_dialog(p, camera, examples):
 
 
 def trace(p, camera, examples):
-    p.load(example(examples, "02-suma-16-bits.hex"))
+    p.load(example(examples, "02-suma-16-bits.HEX"))
     for step in range(10):
         key("alt+p")
         time.sleep(0.1)

@@ -73,7 +73,7 @@ class SpokenProgram(Program):
 
 
 def loads(p, examples):
-    p.load(os.path.join(examples, "01-suma.hex"))
+    p.load(os.path.join(examples, "01-suma.HEX"))
     check("the first row", lambda: p.rows()[0][:21], "0000 3A 00 10  LDA 10")
     check("the marked row", lambda: p.row("0000").name.endswith(", contador de programa"), True)
 

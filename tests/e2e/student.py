@@ -14,7 +14,7 @@ import pyatspi
 
 
 def steps_through_the_sum(p, examples):
-    p.load(os.path.join(examples, "01-suma.hex"))
+    p.load(os.path.join(examples, "01-suma.HEX"))
     check("the first row", lambda: p.rows()[0][:29], "0000 3A 00 10  LDA 1000, cont")
     p.click("Ejecutar un paso")
     check("PC", lambda: p.text("Contador de programa PC"), "0003")
@@ -27,7 +27,7 @@ def steps_through_the_sum(p, examples):
 
 
 def breaks_and_halts(p, examples):
-    p.load(os.path.join(examples, "01-suma.hex"))
+    p.load(os.path.join(examples, "01-suma.HEX"))
     p.click(p.row("0007"))
     check("entry row", lambda: p.text("Código de la instrucción"), "80")
     key("F9")
@@ -56,7 +56,7 @@ def breaks_and_halts(p, examples):
 
 
 def counts_pulses_in_a_run(p, examples):
-    p.load(os.path.join(examples, "14-interrupcion.hex"))
+    p.load(os.path.join(examples, "14-interrupcion.HEX"))
     p.click("Ejecutar")
     p.find("Parar", "push button")
     check("the step button", lambda: p.enabled("Ejecutar un paso"), False)

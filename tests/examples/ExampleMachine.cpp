@@ -7,6 +7,7 @@
 #include <iterator>
 #include <memory>
 
+#include "assembler/OutputPaths.h"
 #include "images/HexLoader.h"
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
@@ -22,7 +23,7 @@ std::filesystem::path sourcePath(std::string_view name) {
 }
 
 std::filesystem::path imagePath(std::string_view name) {
-    return folder() / (std::string(name) + ".hex");
+    return outputPaths(sourcePath(name)).hex;
 }
 
 std::string readFile(const std::filesystem::path& path) {

@@ -18,6 +18,8 @@ constexpr std::int32_t stackTop = 0x4000;
 
 std::filesystem::path folder();
 std::filesystem::path sourcePath(std::string_view name);
+/// Where an assembly of the source writes its image, so that a student's own replaces the one that came with
+/// it.
 std::filesystem::path imagePath(std::string_view name);
 std::string readFile(const std::filesystem::path& path);
 

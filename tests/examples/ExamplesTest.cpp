@@ -192,16 +192,17 @@ TEST_P(ExampleTest, DoesWithoutRst5) {
 INSTANTIATE_TEST_SUITE_P(Programs, ExampleTest, testing::ValuesIn(programs),
                          [](const auto& program) { return testName(program.param); });
 
+/// Images have the names that the assembler gives, so that assembling a source replaces the one it came with.
 TEST(ExampleFolderTest, HoldsASourceAndAnImageOfEveryProgramAndNoOther) {
     std::set<std::string> expected;
     for (const std::string_view program : programs) {
         expected.insert(sourcePath(program).filename().string());
         expected.insert(imagePath(program).filename().string());
     }
+    const std::set<std::filesystem::path> kinds{".asm", ".hex", ".HEX"};
     std::set<std::string> found;
     for (const auto& entry : std::filesystem::directory_iterator(folder())) {
-        const std::filesystem::path extension = entry.path().extension();
-        if (extension == ".asm" || extension == ".hex") found.insert(entry.path().filename().string());
+        if (kinds.contains(entry.path().extension())) found.insert(entry.path().filename().string());
     }
     EXPECT_EQ(found, expected);
 }

@@ -51,10 +51,10 @@ QString Playground::write(const QString& name, const QByteArray& content) {
 
 void Playground::copyExamples() {
     const QDir examples(QStringLiteral(TAVINOR_EXAMPLES));
-    for (const QFileInfo& file : examples.entryInfoList({"*.hex", "*.asm"}, QDir::Files, QDir::Name)) {
+    for (const QFileInfo& file : examples.entryInfoList({"*.HEX", "*.asm"}, QDir::Files, QDir::Name)) {
         const QString copy = folder_.filePath(file.fileName());
         if (!QFile::copy(file.filePath(), copy)) qFatal("cannot copy %s", qPrintable(file.filePath()));
-        (file.suffix() == QStringLiteral("hex") ? programs_ : sources_) << copy;
+        (file.suffix() == QStringLiteral("HEX") ? programs_ : sources_) << copy;
     }
 }
 

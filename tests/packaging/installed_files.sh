@@ -50,4 +50,4 @@ grep -qF "<release version=\"$version\"" "${metainfo[0]}" || fail "the metainfo 
 
 # And the student finds the examples.
 same "the examples" "$(ls "$prefix/share/tavinor/examples")" \
-  "$(cd "$source_folder/examples" && ls ./*.asm ./*.hex ./*.md | sed 's,^\./,,' | sort)"
+  "$(cd "$source_folder/examples" && ls ./*.asm ./*.HEX ./*.md | sed 's,^\./,,' | sort)"
