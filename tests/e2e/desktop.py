@@ -1,7 +1,7 @@
 """The program on a screen: real mouse and keys through the X server, and what is shown there, read as a
 screen reader reads it.
 
-Debian packages: xvfb, openbox, xdotool, dbus, at-spi2-core, python3-pyatspi.
+Debian packages: xvfb, xauth, openbox, xdotool, dbus, at-spi2-core, python3-pyatspi.
 """
 
 import os

@@ -30,7 +30,7 @@ outside() {
     exec sudo -n setpriv --pdeathsig KILL "$0" "$build"
   fi
   PATH=$PATH:/usr/sbin
-  need debootstrap zstd unshare setpriv Xvfb openbox xdotool dbus-run-session
+  need debootstrap zstd unshare setpriv Xvfb xauth openbox xdotool dbus-run-session
   unshare --mount --pid --fork mount -t tmpfs tmpfs "$root" 2>/dev/null || skip "no file systems may be mounted here"
   [[ -n $(debian_sources) ]] || apt-get update -qq
   [[ -n $(mirror) ]] || skip "apt knows no mirror of Debian"
@@ -84,7 +84,9 @@ install_package() {
 use_program() {
   [[ -z $(find "$root/usr" -name 'qt*_es.qm') ]] || fail "the root has the toolkit's own translations"
   mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
-  cp -r "$source_folder"/tests/{e2e,packaging} "$source_folder/tests/support/with_display.sh" "$root/tmp"
+  mkdir "$root/tmp/tests" "$root/tmp/scripts"
+  cp -r "$source_folder"/tests/{e2e,packaging,support} "$root/tmp/tests"
+  cp "$source_folder/scripts/virtual-display.sh" "$root/tmp/scripts"
   chmod -R a+rX "$root/tmp"
   mkdir -m 1777 "$root/tmp/.X11-unix"
   mount --bind "$root/tmp" /tmp
@@ -94,7 +96,8 @@ use_program() {
   nobody=$(id -u nobody)
   unshare --net setpriv --reuid "$nobody" --regid "$nobody" --clear-groups \
     --inh-caps +sys_chroot --ambient-caps +sys_chroot \
-    ./with_display.sh dbus-run-session -- /usr/bin/python3 -B packaging/installed_program.py "$root"
+    tests/support/with_display.sh dbus-run-session -- \
+    /usr/bin/python3 -B tests/packaging/installed_program.py "$root"
 }
 
 codename=$(source /etc/os-release && echo "${VERSION_CODENAME:-}")

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # window_class.sh PROGRAM: docks find the program's name and icon by the class of its windows, and show the icon
-# that the windows carry. Debian packages: openbox, x11-utils, xdotool, xvfb.
+# that the windows carry. Debian packages: openbox, x11-utils, xauth, xdotool, xvfb.
 set -euo pipefail
 source "$(dirname "$0")/checks.sh"
-need Xvfb openbox xdotool xprop
+need Xvfb xauth openbox xdotool xprop
 if [[ ${2:-} != --on-display ]]; then
   exec "$source_folder/tests/support/with_display.sh" "$0" "$1" --on-display
 fi

@@ -1,7 +1,8 @@
-#!/bin/sh
+#!/usr/bin/env bash
 # with_display.sh command [arguments...]: runs a command on a screen of its own, with a window manager, and an
-# empty home. Debian packages: xvfb, openbox. Exits as the command does.
-set -eu
+# empty home. Debian packages: openbox, xauth, xvfb. Exits as the command does.
+set -euo pipefail
+source "$(dirname "$0")/../../scripts/virtual-display.sh"
 
 folder=$(mktemp -d)
 export HOME="$folder/home" XDG_RUNTIME_DIR="$folder/runtime" QT_QPA_PLATFORM=xcb
@@ -18,12 +19,7 @@ finish() {
 trap finish EXIT
 trap 'exit 143' INT TERM
 
-# The server chooses a free number and writes it once it accepts clients.
-mkfifo "$folder/number"
-Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>"$folder/number" >/dev/null 2>&1 &
-server=$!
-read -r number <"$folder/number"
-export DISPLAY=":$number"
+start_display "$folder"
 
 # The window manager's own files go elsewhere: the home is the program's. It tells that it is ready.
 mkfifo "$folder/ready"
