@@ -55,10 +55,9 @@ require_packages() {
   fi
 }
 
-# configure PRESET [OPTION...]: configures a build folder once, and when the presets have changed; CMake itself notices
-# all other changes.
+# configure PRESET: configures a build folder once, and when the presets or the installed packages have changed, so that
+# nothing counts as missing that has been installed since; CMake itself notices all other changes.
 configure() {
-  local preset=$1
-  shift
-  [[ build/$preset/build.ninja -nt CMakePresets.json ]] || cmake --preset "$preset" "$@" >/dev/null
+  local made=build/$1/build.ninja
+  [[ $made -nt CMakePresets.json && $made -nt /var/lib/dpkg/status ]] || cmake --preset "$1" >/dev/null
 }
