@@ -61,10 +61,12 @@ void Busqueda::layOut() {
 }
 
 void Busqueda::showForTyping() {
+    // Before it is shown: the button that had the focus the last time would get it for a moment, and stay the
+    // one that Enter presses.
+    cadena->setFocus(Qt::ActiveWindowFocusReason);
     show();
     raise();
     activateWindow();
-    cadena->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 bool Busqueda::event(QEvent* event) {

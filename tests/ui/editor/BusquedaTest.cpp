@@ -239,6 +239,38 @@ class BusquedaTest : public QObject {
         QCOMPARE(f.cadena()->selectedText(), QString("xyz"));
     }
 
+    /// However it was left the last time: Qt makes a focused button the default one.
+    void enterSearchesEachTime_data() {
+        QTest::addColumn<QString>("way");
+        for (const char* way : {"cancel", "focus on cancel, esc", "focus on cancel, close", "search"}) {
+            QTest::newRow(way) << way;
+        }
+    }
+
+    void enterSearchesEachTime() {
+        QFETCH(QString, way);
+        Fixture f("uno uno");
+        QVERIFY(f.openDialog());
+        typeText(f.dialog(), "uno");
+        if (way == "cancel") clickIn(f.cancel());
+        if (way.startsWith("focus")) {
+            for (int i = 0; i < 3; ++i) pressKey(f.dialog(), Qt::Key_Tab);
+            QVERIFY(f.cancel()->hasFocus() && f.cancel()->isDefault());
+            way.endsWith("esc") ? pressKey(f.dialog(), Qt::Key_Escape) : void(f.dialog()->close());
+        }
+        if (way == "search") pressKey(f.dialog(), Qt::Key_Return);
+        QVERIFY(!f.dialog()->isVisible());
+        QVERIFY(f.openDialog());
+        QVERIFY(f.cadena()->hasFocus());
+        QVERIFY(f.Buscar()->isDefault());
+        QVERIFY(!f.cancel()->isDefault());
+        pressKey(f.dialog(), Qt::Key_Tab);  // to the check box, where Enter presses the default button
+        QVERIFY(f.may()->hasFocus());
+        pressKey(f.dialog(), Qt::Key_Return);
+        QVERIFY(!f.dialog()->isVisible());
+        QCOMPARE(f.selection(), way == "search" ? Selection(4, 3) : Selection(0, 3));
+    }
+
     void aClickIntoThePatternKeepsItSelected() {
         Fixture f("A");
         QVERIFY(f.openDialog());
