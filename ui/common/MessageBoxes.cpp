@@ -1,5 +1,6 @@
 #include "ui/common/MessageBoxes.h"
 
+#include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 
@@ -14,6 +15,27 @@ QString withLineBreaks(QString text) {
     return text.replace('\r', '\n');
 }
 
+/// Room for the title beside what a window manager puts into the bar: its menu and three buttons, each as
+/// wide as the bar is high.
+int titleBarWidth(const QMessageBox& box) {
+    constexpr int aroundTheLetters = 12;
+    const QFontMetrics metrics = box.fontMetrics();
+    return metrics.horizontalAdvance(box.windowTitle() + QStringLiteral("MM")) +
+           4 * (metrics.height() + aroundTheLetters);
+}
+
+/// Qt leaves a hole where an icon would be, and makes a box with a short text narrower than its title.
+void fit(const QMessageBox& box) {
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid == nullptr) return;
+    for (int i = grid->count() - 1; i >= 0; --i) {
+        if (grid->itemAt(i)->spacerItem() != nullptr) delete grid->takeAt(i);
+    }
+    grid->setHorizontalSpacing(0);
+    grid->setColumnStretch(grid->columnCount() - 1, 1);
+    grid->addItem(new QSpacerItem(titleBarWidth(box), 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 QMessageBox::StandardButton ask(QWidget* parent, const QString& text, QMessageBox::StandardButtons buttons,
                                 Qt::Alignment alignment = Qt::AlignLeft) {
     QMessageBox box(QMessageBox::NoIcon, applicationTitle(), withLineBreaks(text), buttons, parent);
@@ -23,6 +45,7 @@ QMessageBox::StandardButton ask(QWidget* parent, const QString& text, QMessageBo
     if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(alignment | Qt::AlignVCenter);
     }
+    fit(box);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
