@@ -98,6 +98,8 @@ void Ensamblador::assemble(const QString& source, const QString& hex, const QStr
     filehex->clear();
     Label1->clear();
     cerrar->setEnabled(false);
+    // A window manager tells too late where it has put the window: the first box would open elsewhere.
+    adjustPosition(parentWidget());
     QTimer::singleShot(0, this, &Ensamblador::run);  // once the window is on the screen
     exec();
 }
