@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "ui/common/FileDialogs.h"
+#include "ui/common/FileDrops.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/ScreenRoom.h"
@@ -55,6 +56,8 @@ Editor::Editor(QWidget* parent)
     connect(texto, &SourceEdit::edited, this, [this] { changed_ = true; });
     connect(texto, &SourceEdit::touched, this, &Editor::refreshEdicion);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
+    connect(new FileDrops(this, {QStringLiteral("asm")}), &FileDrops::dropped, this,
+            [this](const QString& path) { openDropped(path, principal_); });
     constexpr int columns = 90;
     constexpr int rows = 34;
     resize(QSize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows)
@@ -121,6 +124,13 @@ void Editor::openFromPrincipal(QWidget* principal) {
         if (!path) return;
         setFilename(*path);
     }
+    bringForward();
+}
+
+void Editor::openDropped(const QString& path, QWidget* principal) {
+    principal_ = principal;
+    if (!askToSave()) return;
+    setFilename(path);
     bringForward();
 }
 

@@ -26,6 +26,9 @@ class Editor : public QMainWindow {
 
     /// The main window's command: brings the open editor forward, or asks for a file and shows it.
     void openFromPrincipal(QWidget* principal);
+    /// A source that was dropped on the main window, or on the editor itself: opens it as `Abrir` does once
+    /// the file has been chosen.
+    void openDropped(const QString& path, QWidget* principal);
     /// Closes the editor as any close does. False when it stays open: the text has not been saved.
     bool mayClose() { return close(); }
 

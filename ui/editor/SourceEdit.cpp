@@ -1,6 +1,7 @@
 #include "ui/editor/SourceEdit.h"
 
 #include <QContextMenuEvent>
+#include <QDragEnterEvent>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMenu>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <utility>
 
+#include "ui/common/FileDrops.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 
@@ -176,6 +178,15 @@ void SourceEdit::mouseMoveEvent(QMouseEvent* event) {
 void SourceEdit::focusInEvent(QFocusEvent* event) {
     QPlainTextEdit::focusInEvent(event);
     emit touched();
+}
+
+/// A file is left to the window, which opens it; the box would take its address for a text.
+void SourceEdit::dragEnterEvent(QDragEnterEvent* event) {
+    if (carriesFiles(*event->mimeData())) {
+        event->ignore();
+    } else {
+        QPlainTextEdit::dragEnterEvent(event);
+    }
 }
 
 /// The toolkit's menu, without the promise that Ctrl+A selects all: here it opens a file.

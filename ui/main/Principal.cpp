@@ -20,6 +20,7 @@
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
 #include "ui/common/FileDialogs.h"
+#include "ui/common/FileDrops.h"
 #include "ui/common/HexBox.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -134,6 +135,10 @@ void Principal::connectCommands() {
     connect(halt_, &Halt::vectorLeft, interrupts_, &InterruptPanel::setVector);
     connect(halt_, &Halt::chosen, this,
             [this](int option) { guarded([this, option] { carryOut(option); }); });
+    connect(new FileDrops(this, {QStringLiteral("hex"), QStringLiteral("asm")}), &FileDrops::dropped, this,
+            [this](const QString& path, const QString& kind) {
+                guarded([this, path, kind] { openDropped(path, kind); });
+            });
 }
 
 void Principal::connectPanels() {
@@ -300,20 +305,16 @@ void Principal::bringUpToDate() {
 }
 
 void Principal::CargarHEX_Click() {
-    try {
-        const std::optional<QString> path = askFileToOpen(
-            this,
-            {.title = QStringLiteral("Cargar fichero .HEX"),
-             .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
-             .initialName = {},
-             .defaultSuffix = QStringLiteral("hex")});
-        if (path) loadHexFile(*path);
-    } catch (const std::exception&) {
-        showMessage(this, QStringLiteral("Fichero incorrecto"));
-    }
+    const std::optional<QString> path = askFileToOpen(
+        this,
+        {.title = QStringLiteral("Cargar fichero .HEX"),
+         .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
+         .initialName = {},
+         .defaultSuffix = QStringLiteral("hex")});
+    if (path) loadHexFile(*path);
 }
 
-void Principal::loadHexFile(const QString& path) {
+void Principal::loadHexFile(const QString& path) try {
     const LoadResult result = carga(toPath(path), machine_, breakpoints_, *this);
     if (!result.loaded) {
         memory_->bringUpToDate();  // what was stored is seen behind the message
@@ -321,6 +322,8 @@ void Principal::loadHexFile(const QString& path) {
     }
     regen();
     if (result.loaded) showMessage(this, QStringLiteral("Carga correcta"));
+} catch (const std::exception&) {
+    showMessage(this, QStringLiteral("Fichero incorrecto"));
 }
 
 void Principal::Ensamblar_Click() {
@@ -341,6 +344,15 @@ void Principal::Ensamblar_Click() {
 
 void Principal::Editar_Click() {
     editor_->openFromPrincipal(this);
+}
+
+void Principal::openDropped(const QString& path, const QString& kind) {
+    if (!leaveFocusedBox(this)) return;
+    if (kind == QStringLiteral("hex")) {
+        loadHexFile(path);
+    } else {
+        editor_->openDropped(path, this);
+    }
 }
 
 void Principal::listains_Click() {

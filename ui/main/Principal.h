@@ -74,6 +74,8 @@ class Principal : public QMainWindow, private Host {
     void CargarHEX_Click();
     void Ensamblar_Click();
     void Editar_Click();
+    /// A file that was dropped on the window: a command like that of a button.
+    void openDropped(const QString& path, const QString& kind);
     void about_Click();
     void listains_Click();
     void Reset_Click();
