@@ -1,10 +1,7 @@
 #include "assembler/Ensambla.h"
 
-#include <fstream>
-#include <ios>
-#include <iterator>
+#include <cstdint>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "assembler/HexWriter.h"
@@ -13,6 +10,7 @@
 #include "assembler/PaneText.h"
 #include "assembler/Passes.h"
 #include "assembler/SourceText.h"
+#include "files/File.h"
 
 namespace tavinor {
 
@@ -66,21 +64,7 @@ class Run {
 };
 
 /// Far beyond any program; keeps line numbers and statement sizes inside 32 bits.
-constexpr std::uintmax_t maximumSourceSize = std::uintmax_t{1} << 30;
-
-/// The bytes of a file, or nothing when it is no file, is too large or cannot be read.
-std::optional<std::string> readFile(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    std::ifstream file(path, std::ios::binary);
-    if (error || size > maximumSourceSize || !file) return std::nullopt;
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(size));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    if (file.bad()) return std::nullopt;
-    return bytes;
-}
+constexpr std::uint64_t maximumSourceSize = std::uint64_t{1} << 30;
 
 }  // namespace
 
@@ -94,7 +78,7 @@ AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
 AssemblyResult Ensambla(const std::filesystem::path& file1, const std::filesystem::path& file2,
                         AssemblyObserver& observer) {
     Run run(observer);
-    if (std::optional<std::string> bytes = readFile(file1)) {
+    if (std::optional<std::string> bytes = readWholeFile(file1, maximumSourceSize)) {
         run.assemble(std::move(*bytes), opcodeSources);
         run.writeHex(file2);
     } else {

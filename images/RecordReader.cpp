@@ -44,17 +44,16 @@ class TrimmedLine {
 
 }  // namespace
 
-RecordReader::RecordReader(const std::filesystem::path& path) : buffer_(chunkSize) {
-    if (!std::filesystem::is_regular_file(path)) throw std::ios_base::failure("not a regular file");
-    file_.open(path, std::ios::binary);
-    if (!file_) throw std::ios_base::failure("cannot open");
+RecordReader::RecordReader(const std::filesystem::path& path)
+    : file_(File::forReading(path)), buffer_(chunkSize) {
+    if (!file_.isOpen()) throw std::ios_base::failure("cannot open");
 }
 
 int RecordReader::nextCharacter() {
     if (position_ == filled_) {
-        file_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-        if (file_.bad()) throw std::ios_base::failure("cannot read");
-        filled_ = static_cast<std::size_t>(file_.gcount());
+        const std::optional<std::size_t> count = file_.read(buffer_);
+        if (!count) throw std::ios_base::failure("cannot read");
+        filled_ = *count;
         position_ = 0;
         if (filled_ == 0) return endOfFile;
     }

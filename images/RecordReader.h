@@ -2,10 +2,11 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "files/File.h"
 
 namespace tavinor {
 
@@ -28,7 +29,7 @@ class RecordReader {
   private:
     int nextCharacter();
 
-    std::ifstream file_;
+    File file_;
     std::vector<char> buffer_;
     std::size_t position_ = 0;
     std::size_t filled_ = 0;

@@ -14,16 +14,17 @@ ALL = None
 class Folder:
     includes: tuple = ()
     face: tuple = ALL  # the headers that others may include; all of them where others build on the folder
-    core: bool = False  # standard library alone
+    core: bool = False  # standard library alone, but for SYSTEM_SOURCES
 
 
 FOLDERS = {
+    "files": Folder(core=True),
     "machine": Folder(core=True),
-    "images": Folder(includes=("machine",), core=True),
-    "assembler": Folder(includes=("machine",), core=True),
+    "images": Folder(includes=("files", "machine"), core=True),
+    "assembler": Folder(includes=("files", "machine"), core=True),
     "ui/common": Folder(includes=("machine",)),
-    "ui/trace": Folder(includes=("machine", "ui/common"), face=("Listapasos.h", "ShownBoxes.h")),
-    "ui/editor": Folder(includes=("assembler", "ui/common"), face=("Editor.h",)),
+    "ui/trace": Folder(includes=("files", "machine", "ui/common"), face=("Listapasos.h", "ShownBoxes.h")),
+    "ui/editor": Folder(includes=("assembler", "files", "ui/common"), face=("Editor.h",)),
     "assembler/window": Folder(includes=("assembler", "ui/common"), face=("Ensamblador.h",)),
     "ui/main": Folder(
         includes=("machine", "images", "assembler", "assembler/window", "ui/common", "ui/editor", "ui/trace"),
@@ -33,6 +34,10 @@ FOLDERS = {
     # The program itself puts the windows together. No other folder includes it.
     "ui/program": Folder(includes=("ui/common", "ui/main", "ui/startup"), face=("Program.h",)),
 }
+
+SYSTEM_SOURCES = ("files/File.cpp",)  # what of the core asks the operating system
+# What opens files by itself, and may: they are the system's own.
+OPENS_BY_ITSELF = ("ui/trace/AvailableMemory.cpp",)
 
 TESTS = "tests"
 WHOLE_PROGRAM_TESTS = ("monkey", "ui/everywhere")  # folders of tests that look into every window

@@ -6,9 +6,26 @@ import unittest
 import xml.etree.ElementTree
 from collections import namedtuple
 
-from folders import ALL, BENCHMARKS, FOLDERS, PICTURE, ROOT, TESTS, WHOLE_PROGRAM_TESTS, arrows, folder_of
+from folders import (
+    ALL,
+    BENCHMARKS,
+    FOLDERS,
+    OPENS_BY_ITSELF,
+    PICTURE,
+    ROOT,
+    SYSTEM_SOURCES,
+    TESTS,
+    WHOLE_PROGRAM_TESTS,
+    arrows,
+    folder_of,
+)
 
 DIRECTIVE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+# What opens a file. Turning names of files into others, and asking whether there is one, does not.
+OPENING = re.compile(
+    r"\b(basic_)?[io]?f(ile)?stream\b|\bfilebuf\b|\bQ(Save|Temporary)File\b|\bQFile\b(?!::(en|de)codeName)"
+    r"|\bf(re)?open\b|(?<!\w)::_?w?s?open(64|at)?\(|\bcreat\("
+)
 STANDARD_HEADER = re.compile(r"[a-z0-9_]+")  # neither <QString> nor <zstd.h>
 
 Include = namedtuple("Include", "source header own")
@@ -18,13 +35,25 @@ def includes_in(source, text):
     return [Include(source, header, mark == '"') for mark, header in DIRECTIVE.findall(text)]
 
 
-def all_includes():
-    found = []
-    for top in sorted({name.split("/")[0] for name in FOLDERS} | {TESTS, BENCHMARKS}):
+def sources(tops):
+    """Paths and texts of all sources in these folders."""
+    for top in sorted(tops):
         for file in sorted((ROOT / top).rglob("*")):
             if file.suffix in (".h", ".cpp"):
-                found += includes_in(file.relative_to(ROOT).as_posix(), file.read_text(encoding="utf-8"))
-    return found
+                yield file.relative_to(ROOT).as_posix(), file.read_text(encoding="utf-8")
+
+
+def product_tops():
+    return {name.split("/")[0] for name in FOLDERS}
+
+
+def all_includes():
+    return [i for path, text in sources(product_tops() | {TESTS, BENCHMARKS}) for i in includes_in(path, text)]
+
+
+def opened_in(text):
+    """The words of a source that open a file."""
+    return [found.group() for found in OPENING.finditer(DIRECTIVE.sub("", text))]
 
 
 def is_test(path):
@@ -54,7 +83,8 @@ def complaint_about_product(include):
     if home is None:
         return "lies in no folder of the table"
     if not include.own:
-        if FOLDERS[home].core and not STANDARD_HEADER.fullmatch(include.header):
+        alone = FOLDERS[home].core and include.source not in SYSTEM_SOURCES
+        if alone and not STANDARD_HEADER.fullmatch(include.header):
             return "the core uses the standard library alone"
         return None
     if target is None:
@@ -129,6 +159,10 @@ class Program(unittest.TestCase):
         faces = {f"{name}/{header}" for name, folder in FOLDERS.items() for header in folder.face or ()}
         self.assertEqual(sorted(faces - used), [])
 
+    def test_files_are_opened_in_one_place(self):
+        opening = {path for path, text in sources(product_tops()) if opened_in(text)}
+        self.assertEqual(sorted(opening), sorted(SYSTEM_SOURCES + OPENS_BY_ITSELF))
+
     def test_the_arrows_make_no_cycle(self):
         self.assertEqual(cycle(arrows()), set())
 
@@ -180,6 +214,25 @@ class Rules(unittest.TestCase):
         ):
             with self.subTest(source, includes=directive):
                 self.assertFalse(self.refused(source, directive))
+
+    def test_opening(self):
+        for line in (
+            "std::ifstream in(path);",
+            "std::ofstream out(path);",
+            "std::fstream both;",
+            "std::basic_fstream<char> both;",
+            "std::filebuf buffer;",
+            "QFile file(path);",
+            "QFile::copy(a, b);",
+            "QSaveFile file(path);",
+            'auto* f = std::fopen("a", "r");',
+            "::open(path.c_str(), O_RDONLY);",
+        ):
+            with self.subTest(line):
+                self.assertTrue(opened_in(line))
+        for line in ("#include <QFile>", "QFile::encodeName(name)", "QFileInfo::exists(path)", "open(path)", "reopens"):
+            with self.subTest(line):
+                self.assertFalse(opened_in(line))
 
     def test_a_cycle(self):
         edges = {("machine", "images"), ("images", "machine"), ("ui/common", "machine")}

@@ -10,6 +10,8 @@
 #include "assembler/HexWriter.h"
 #include "assembler/ListingWriter.h"
 #include "tests/assembler/Support.h"
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/OddFiles.h"
 
 namespace tavinor::test {
 
@@ -88,8 +90,11 @@ TEST_F(Files, SourceVanishesBehindALink) {
     expectOneLine(run(source_), cannotOpen);
 }
 
-TEST_F(Files, SourceIsADevice) {
-    expectOneLine(run("/dev/zero"), cannotOpen);
+TEST_F(Files, SourceIsNoFile) {
+    OddFiles().each([this](const std::string& what, const fs::path& path) {
+        SCOPED_TRACE(what);
+        expectOneLine(run(path), cannotOpen);
+    });
 }
 
 TEST_F(Files, SourceIsAbsurdlyLarge) {
@@ -113,7 +118,7 @@ TEST_F(Files, HexPathIsInNoDirectory) {
 }
 
 TEST_F(Files, DiskIsFull) {
-    hex_ = "/dev/full";
+    const FileSizeLimit fullDisk(20);
     const AssemblyResult result = runText(" NOP");
     EXPECT_FALSE(result.assembled);
     EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
@@ -130,11 +135,17 @@ TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
 }
 
 TEST_F(Files, ListingCannotBeWritten) {
-    for (const fs::path& path : {fs::path("/dev/full"), directory_ / ".", directory_ / "nada/prog.LST"}) {
-        observer_.messages.clear();
-        EXPECT_FALSE(creafilelst("uno\r\n", TextEncoding::utf8, path, observer_)) << path;
-        EXPECT_EQ(observer_.messages, Events{"Error creando fichero"}) << path;
+    const fs::path listing = directory_ / "prog.LST";
+    {
+        const FileSizeLimit fullDisk(4);
+        EXPECT_FALSE(creafilelst("uno\r\n", TextEncoding::utf8, listing, observer_));
     }
+    EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
+    observer_.messages.clear();
+    fs::remove(listing);
+    fs::create_directory(listing);
+    EXPECT_FALSE(creafilelst("uno\r\n", TextEncoding::utf8, listing, observer_));
+    EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
 }
 
 TEST(Observer, HearsEveryPassAndTheRecords) {
@@ -189,7 +200,8 @@ TEST(Observer, FullDiskIsToldAfterTheTexts) {
     TemporaryDirectory directory;
     writeBytes(directory / "prog.asm", " NOP");
     RecordingObserver observer;
-    Ensambla(directory / "prog.asm", "/dev/full", observer);
+    const FileSizeLimit fullDisk(20);
+    Ensambla(directory / "prog.asm", directory / "prog.HEX", observer);
     ASSERT_FALSE(observer.events.empty());
     EXPECT_EQ(observer.events.back(), "message Error creando fichero");
     EXPECT_EQ(observer.panes[Pane::report], ":0100000000FF\r\n:00000001FF\r\n");

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tests/images/Records.h"
+#include "tests/support/OddFiles.h"
 #include "tests/support/OrdinaryUser.h"
 
 namespace tavinor::test {
@@ -64,8 +65,11 @@ TEST_F(UnreadableFileTest, AFileWhoseReadingFailsIsAReadError) {
     expectReadError("/proc/self/mem");  // opens like any file; its first byte cannot be read
 }
 
-TEST_F(UnreadableFileTest, ADeviceIsAReadError) {
-    expectReadError("/dev/zero");  // has no end
+TEST_F(UnreadableFileTest, WhatIsNoFileIsAReadError) {
+    OddFiles().each([this](const std::string& what, const std::filesystem::path& path) {
+        SCOPED_TRACE(what);
+        expectReadError(path);
+    });
 }
 
 TEST_F(UnreadableFileTest, ALinkToAFileIsReadAsTheFile) {

@@ -1,28 +1,31 @@
 #include "ui/editor/SourceFile.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStringConverter>
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
+
+#include "files/File.h"
+#include "files/ReplacedFile.h"
+#include "ui/common/Paths.h"
 
 namespace tavinor {
 
 namespace {
 
 /// No source for 64 KiB of memory is that long, and the text box could not hold much more.
-constexpr qint64 mostBytes = 64 * 1024 * 1024;
+constexpr std::uint64_t mostBytes = 64 * 1024 * 1024;
 /// The text box lays out a line as a whole: this much takes it half a second, and a program of one line
 /// minutes.
-constexpr qsizetype mostBytesOfALine = qsizetype{1024} * 1024;
+constexpr std::size_t mostBytesOfALine = std::size_t{1024} * 1024;
 
-bool linesFitTheBox(const QByteArray& bytes) {
-    qsizetype start = 0;
-    for (qsizetype i = 0; i < bytes.size(); ++i) {
+bool linesFitTheBox(std::string_view bytes) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         if (bytes[i] == '\n' || bytes[i] == '\r') start = i + 1;
-        if (i - start >= mostBytesOfALine) return false;
+        if (i >= start + mostBytesOfALine) return false;
     }
     return true;
 }
@@ -48,21 +51,16 @@ QString fromUtf8(const std::string& text) {
 
 }  // namespace
 
-SourceFile decodeSource(const QByteArray& bytes) {
-    if (bytes.isEmpty()) return {.state = SourceFile::State::empty, .encoding = {}, .text = {}};
-    const DecodedText decoded = decode(bytes.toStdString());
+SourceFile decodeSource(const std::string& bytes) {
+    if (bytes.empty()) return {.state = SourceFile::State::empty, .encoding = {}, .text = {}};
+    const DecodedText decoded = decode(bytes);
     return {SourceFile::State::read, decoded.encoding, fromUtf8(decoded.text)};
 }
 
 SourceFile readSource(const QString& path) {
-    QFile file(path);
-    // A folder, a pipe or a device is no source, and reading some of them would never end.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
-    const QByteArray bytes = file.read(mostBytes + 1);
-    if (file.error() != QFileDevice::NoError || bytes.size() > mostBytes || !linesFitTheBox(bytes)) {
-        return {};
-    }
-    return decodeSource(bytes);
+    const std::optional<std::string> bytes = readWholeFile(toPath(path), mostBytes);
+    if (!bytes || !linesFitTheBox(*bytes)) return {};
+    return decodeSource(*bytes);
 }
 
 bool canEncodeSource(const QString& text, TextEncoding encoding) {
@@ -70,16 +68,8 @@ bool canEncodeSource(const QString& text, TextEncoding encoding) {
 }
 
 bool writeSource(const QString& path, const QString& text, TextEncoding encoding) {
-    const QFileInfo existing(path);
-    if (existing.exists() && !existing.isFile()) return false;
-    // Written beside the file behind a link, however many links lead there, and then put in its place.
-    QSaveFile file(existing.exists() ? existing.canonicalFilePath() : path);
-    // Unbuffered: a disk that fills up takes a part and reports no error, which only the count of `write`
-    // tells.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) return false;
-    const std::string bytes = encode(withLineEndPairs(text.toStdString()), encoding);
-    const auto size = static_cast<qint64>(bytes.size());
-    return file.write(bytes.data(), size) == size && file.commit();
+    ReplacedFile file(toPath(path));
+    return file.write(encode(withLineEndPairs(text.toStdString()), encoding)) && file.commit();
 }
 
 }  // namespace tavinor

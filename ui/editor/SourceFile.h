@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <cstdint>
+#include <string>
 
 #include "assembler/TextEncoding.h"
 
@@ -23,7 +23,7 @@ struct SourceFile {
 };
 
 /// UTF-8 (plain ASCII is), or Windows-1252 where the bytes are no valid UTF-8.
-SourceFile decodeSource(const QByteArray& bytes);
+SourceFile decodeSource(const std::string& bytes);
 /// A file of more than 64 MiB, or with a line of more than 1 MiB, counts as one that cannot be read.
 SourceFile readSource(const QString& path);
 

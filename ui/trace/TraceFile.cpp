@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "ui/common/Paths.h"
 #include "ui/trace/TraceStore.h"
 #include "ui/trace/TraceText.h"
 
@@ -18,11 +19,11 @@ constexpr std::uint64_t portion = TraceBlock::capacity;
 }  // namespace
 
 TraceFile::TraceFile(const TraceStore& store, const QString& path)
-    : store_(store), rows_(store.size()), file_(path) {}
+    : store_(store), rows_(store.size()), path_(toPath(path)) {}
 
 bool TraceFile::open() {
-    // The text is buffered here, and errors show at once.
-    if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) return false;
+    file_ = File::forWriting(path_);
+    if (!file_.isOpen()) return false;
     appendHeaderLine(text_);
     text_ += lineEnd;
     return write();
@@ -43,15 +44,13 @@ bool TraceFile::writeMore() {
 }
 
 bool TraceFile::write() {
-    const auto size = static_cast<qint64>(text_.size());
-    const bool written = file_.write(text_.data(), size) == size;
+    const bool written = file_.write(text_);
     text_.clear();
     return written;
 }
 
 bool TraceFile::close() {
-    file_.close();
-    return file_.error() == QFileDevice::NoError;
+    return file_.close();
 }
 
 double TraceFile::fractionWritten() const {

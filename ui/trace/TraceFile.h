@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QFile>
 #include <QString>
 #include <cstdint>
+#include <filesystem>
 #include <string>
+
+#include "files/File.h"
 
 namespace tavinor {
 
@@ -31,7 +33,8 @@ class TraceFile {
     const TraceStore& store_;
     const std::uint64_t rows_;
     std::uint64_t next_ = 0;
-    QFile file_;
+    const std::filesystem::path path_;
+    File file_;
     std::string text_;
 };
 

@@ -36,6 +36,8 @@ class AssemblerUser {
     void write(const QString& name, const QByteArray& bytes);
     [[nodiscard]] QByteArray read(const QString& name) const;
     [[nodiscard]] QStringList files() const;
+    /// Lets any user write into the folder.
+    void allowEverybody() const;
 
     /// What happens while the assembly runs, and once it has ended, before the window is closed.
     Look during;

@@ -1,7 +1,10 @@
 #include <QDir>
 #include <QTest>
+#include <optional>
 
+#include "tests/support/OddFiles.h"
 #include "tests/ui/editor/EditorFixture.h"
+#include "ui/common/Paths.h"
 
 using namespace tavinor;
 
@@ -144,6 +147,45 @@ class EditorFilesTest : public QObject {
         dialogs.expectMessage("Error abriendo fichero");
         pressKey(&f.editor, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(f.editor.windowTitle(), QString("Tavinor - [Sin nombre]"));
+    }
+
+    void whatIsNoFileIsNotRead() {
+        test::OddFiles().each([](const std::string& what, const std::filesystem::path& odd) {
+            if (what == "folder") return;  // the dialog enters it
+            const QString path = fromPath(odd);
+            EditorFixture f;
+            DialogAnswerer dialogs;
+            dialogs.expectFileDialog(EditorFixture::dialog("Editar fichero .ASM"), path);
+            if (QFile::exists(path)) {
+                dialogs.expectMessage("Error abriendo fichero");
+            } else {
+                dialogs.expectQuestion("El fichero " + path + " no existe\r\n¿Desea crearlo?", yesNo,
+                                       QMessageBox::No);
+            }
+            f.editor.openFromPrincipal(&f.principal);
+            QVERIFY2(dialogs.allCame(), what.c_str());
+            QCOMPARE(f.filename(), QString());
+        });
+    }
+
+    void whatIsNoFileIsNotWritten() {
+        test::OddFiles().each([](const std::string& what, const std::filesystem::path& odd) {
+            if (what == "folder") return;  // the dialog enters it
+            const QString path = fromPath(odd);
+            EditorFixture f;
+            QVERIFY(f.openUnnamed("HLT"));
+            std::optional<DialogAnswerer> dialogs(std::in_place);
+            dialogs->expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), path);
+            if (QFile::exists(path)) {
+                dialogs->expectQuestion("El fichero " + path + " ya existe\r\n¿Desea sobreescribirlo?", yesNo,
+                                       QMessageBox::Yes);
+            }
+            dialogs->expectMessage("Error guardando fichero");
+            pressKey(&f.editor, Qt::Key_M, Qt::ControlModifier);
+            QVERIFY2(dialogs->allCame(), what.c_str());
+            dialogs.reset();
+            f.discard();
+        });
     }
 
     void encodingsAreKept() {

@@ -60,7 +60,7 @@ class SourceFileTest : public QObject {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, text);
         QFETCH(bool, unicode);
-        const SourceFile file = decodeSource(bytes);
+        const SourceFile file = decodeSource(bytes.toStdString());
         QCOMPARE(file.state, SourceFile::State::read);
         QCOMPARE(file.text, text);
         QCOMPARE(file.encoding == TextEncoding::utf8, unicode);
@@ -71,7 +71,7 @@ class SourceFileTest : public QObject {
         for (int byte = 0; byte < 256; ++byte) {
             if (byte != '\n') all.append(static_cast<char>(byte));
         }
-        const SourceFile file = decodeSource(all);
+        const SourceFile file = decodeSource(all.toStdString());
         QCOMPARE(file.encoding, TextEncoding::windows1252);
         QVERIFY(canEncodeSource(file.text, file.encoding));
         QVERIFY(writeSource(path("all"), file.text, file.encoding));

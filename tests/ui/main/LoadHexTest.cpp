@@ -1,9 +1,11 @@
 #include <QDir>
 #include <QTest>
 
+#include "tests/support/OddFiles.h"
 #include "tests/support/RealInput.h"
 #include "tests/ui/main/Simulator.h"
 #include "tests/ui/main/ViewsCheck.h"
+#include "ui/common/Paths.h"
 
 using namespace tavinor;
 
@@ -150,7 +152,14 @@ class LoadHexTest : public QObject {
         QVERIFY(s_->dialogs.allCame());
     }
 
-    void aDirectory() {
+    void whatIsNoFile() {
+        test::OddFiles().each([this](const std::string& what, const std::filesystem::path& path) {
+            if (what == "folder") return;  // the dialog enters it
+            expectDialog(fromPath(path));
+            s_->dialogs.expectMessage("Error en lectura");
+            s_->press("CargarHEX");
+            QVERIFY2(s_->dialogs.allCame(), what.c_str());
+        });
         s_->dialogs.expectMessage("Error en lectura");
         s_->window.loadHexFile(QDir::tempPath());
     }

@@ -1,0 +1,141 @@
+#include "files/ReplacedFile.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/OddFiles.h"
+#include "tests/support/OrdinaryUser.h"
+
+namespace tavinor::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string bytesOf(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+bool replace(const fs::path& path, std::string_view bytes) {
+    ReplacedFile file(path);
+    return file.created() && file.write(bytes) && file.commit();
+}
+
+class Replacing : public testing::Test {
+  protected:
+    [[nodiscard]] std::set<std::string> names() const {
+        std::set<std::string> found;
+        for (const auto& entry : fs::directory_iterator(folder_.path())) {
+            found.insert(entry.path().filename().string());
+        }
+        return found;
+    }
+
+    TemporaryFolder folder_;
+    fs::path path_ = folder_.path() / "prog.HEX";
+};
+
+}  // namespace
+
+TEST_F(Replacing, ANameWithoutAFile) {
+    EXPECT_TRUE(replace(path_, "new"));
+    EXPECT_EQ(bytesOf(path_), "new");
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+    std::ofstream(folder_.path() / "ordinary");
+    EXPECT_EQ(fs::status(path_).permissions(), fs::status(folder_.path() / "ordinary").permissions());
+}
+
+TEST_F(Replacing, AFileThatStaysWholeMeanwhile) {
+    folder_.write("prog.HEX", "old");
+    {
+        ReplacedFile file(path_);
+        EXPECT_TRUE(file.write("ne"));
+        EXPECT_EQ(bytesOf(path_), "old");
+        EXPECT_TRUE(file.write("w"));
+        EXPECT_EQ(bytesOf(path_), "old");
+        EXPECT_TRUE(file.commit());
+        EXPECT_EQ(bytesOf(path_), "new");
+    }
+    EXPECT_EQ(bytesOf(path_), "new");
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+}
+
+TEST_F(Replacing, NothingWithoutACommit) {
+    folder_.write("prog.HEX", "old");
+    { EXPECT_TRUE(ReplacedFile(path_).write("new")); }
+    EXPECT_EQ(bytesOf(path_), "old");
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+}
+
+TEST_F(Replacing, NothingOnAFullDisk) {
+    folder_.write("prog.HEX", "old");
+    {
+        const FileSizeLimit fullDisk(4096);
+        EXPECT_FALSE(replace(path_, std::string(6000, 'x')));
+    }
+    EXPECT_EQ(bytesOf(path_), "old");
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+}
+
+TEST_F(Replacing, KeepsThePermissions) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    for (const int mode : {0600, 0640, 0755, 0622}) {
+        fs::permissions(file, static_cast<fs::perms>(mode));
+        EXPECT_TRUE(replace(file, "new"));
+        EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(mode));
+    }
+}
+
+TEST_F(Replacing, WhatLinksLeadTo) {
+    fs::create_directory(folder_.path() / "deeper");
+    folder_.write("deeper/real", "old");
+    fs::create_symlink("deeper/second", path_);
+    fs::create_symlink("real", folder_.path() / "deeper/second");
+    EXPECT_TRUE(replace(path_, "new"));
+    EXPECT_TRUE(fs::is_symlink(path_));
+    EXPECT_TRUE(fs::is_symlink(folder_.path() / "deeper/second"));
+    EXPECT_EQ(bytesOf(folder_.path() / "deeper/real"), "new");
+}
+
+TEST_F(Replacing, WhatALinkLeadsToAndIsNotThereYet) {
+    fs::create_symlink("real", path_);
+    EXPECT_TRUE(replace(path_, "new"));
+    EXPECT_TRUE(fs::is_symlink(path_));
+    EXPECT_EQ(bytesOf(folder_.path() / "real"), "new");
+}
+
+TEST_F(Replacing, ALongName) {
+    path_ = folder_.path() / std::string(255, 'n');
+    EXPECT_TRUE(replace(path_, "new"));
+    EXPECT_TRUE(replace(path_, "newer"));
+    EXPECT_EQ(bytesOf(path_), "newer");
+}
+
+/// A folder that lets new files in does not say that its files may be changed.
+TEST_F(Replacing, NothingThatIsProtected) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    fs::permissions(file, static_cast<fs::perms>(0444));
+    fs::permissions(folder_.path(), fs::perms::all);
+    const OrdinaryUser user;
+    if (!user.is()) GTEST_SKIP() << "the rights of an ordinary user cannot be taken here";
+    EXPECT_FALSE(replace(file, "new"));
+    EXPECT_EQ(bytesOf(file), "old");
+}
+
+TEST(ReplacingOddNames, LeavesThemAlone) {
+    OddFiles().each([](const std::string& what, const fs::path& path) {
+        std::error_code error;
+        const fs::file_type before = fs::symlink_status(path, error).type();
+        EXPECT_FALSE(replace(path, "new")) << what;
+        EXPECT_EQ(fs::symlink_status(path, error).type(), before) << what;
+    });
+}
+
+}  // namespace tavinor::test
