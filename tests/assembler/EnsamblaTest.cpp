@@ -228,6 +228,41 @@ TEST(HexRecords, OfEveryOtherCell) {
     EXPECT_EQ(records[32767], ":01FFFE000101");
 }
 
+/// What is beyond FFFF counts as if it were there, but has no digits.
+TEST(HexRecords, OfTheLastCells) {
+    ImageBuffer image;
+    image.fill(noByte);
+    image[0xFFFF] = 0x76;
+    EXPECT_EQ(hexRecords(image), ":10FFFF00767C\r\n:00000001FF\r\n");
+    image[0xFFFE] = 0x01;
+    EXPECT_EQ(hexRecords(image), ":10FFFE0001767C\r\n:00000001FF\r\n");
+    image[0xFFFF] = noByte;
+    EXPECT_EQ(hexRecords(image), ":01FFFE000101\r\n:00000001FF\r\n");
+}
+
+/// The label behind the last cell is no error: it has no bytes.
+TEST_F(Files, AProgramMayEndAtTheLastCell) {
+    const AssemblyResult result =
+        runText(" ORG 0FFF0H\n DFB 1,2,3,4,5,6,7,8,9,10,11,12,13,14\n MVI A,5\nFIN:\n");
+    EXPECT_TRUE(result.assembled);
+    EXPECT_EQ(result.image[0xFFEF], noByte);
+    EXPECT_EQ(result.image[0xFFF0], 1);
+    EXPECT_EQ(result.image[0xFFFE], 0x3E);
+    EXPECT_EQ(result.image[0xFFFF], 0x05);
+    EXPECT_EQ(result.symbols, (std::vector<SymbolEntry>{{"FIN", 0x10000}}));
+    EXPECT_EQ(readBytes(hex_), ":10FFF0000102030405060708090A0B0C0D0E3E0555\r\n:00000001FF\r\n");
+}
+
+TEST_F(Files, AProgramMayNotGoBeyondTheLastCell) {
+    for (const char* source : {" ORG 0FFFFH\n MVI A,5\n", " ORG 0FFFEH\n JMP 0\n",
+                               " ORG 0FFFFH\n NOP\n NOP\n", " ORG 0FFFFH\n DFW 1\n"}) {
+        const AssemblyResult result = runText(source);
+        EXPECT_FALSE(result.assembled) << source;
+        EXPECT_NE(result.report.find("Dirección fuera de memoria"), std::string::npos) << source;
+    }
+    EXPECT_TRUE(runText(" ORG 0FFFFH\n NOP\n").assembled);
+}
+
 TEST(Result, HoldsTheSymbols) {
     const AssemblyResult result = assembled("B: NOP\nA: EQU 7\n");
     EXPECT_EQ(result.symbols, (std::vector<SymbolEntry>{{"B", 0}, {"A", 7}}));

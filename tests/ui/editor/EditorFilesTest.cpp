@@ -125,6 +125,19 @@ class EditorFilesTest : public QObject {
         QCOMPARE(f.get("prog.asm"), QByteArray("A\r\nB\r\n\r\n\r\n"));
     }
 
+    /// The text goes into a new file, which then takes the old one's name: a save that is interrupted loses
+    /// nothing. Another program that still has the old file open goes on reading the old text.
+    void theOldFileIsNotWrittenInto() {
+        EditorFixture f;
+        QVERIFY(f.open(f.put("prog.asm", "A\r\n")));
+        QFile old(f.path("prog.asm"));
+        QVERIFY(old.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+        typeText(&f.editor, "B");
+        pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
+        QCOMPARE(f.get("prog.asm"), QByteArray("BA\r\n\r\n"));
+        QCOMPARE(old.readAll(), QByteArray("A\r\n"));
+    }
+
     void anEmptyFileCannotBeRead() {
         EditorFixture f;
         const QString file = f.put("empty.asm", {});

@@ -14,6 +14,7 @@
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
+#include "tests/ui/trace/TracedMachine.h"
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"
 #include "ui/trace/TraceText.h"
@@ -24,6 +25,8 @@ using namespace tavinor;
 namespace {
 
 constexpr std::size_t columnINS = 2, columnA = 3, columnPC = 13;
+/// A hand's clicks before the first block of rows is full.
+constexpr int nearlyABlock = static_cast<int>(TraceBlock::capacity) - 6;
 
 /// LXI SP,8000; INX B; JMP 0003
 const QByteArray endlessLoop = ":0700000031008003C303007F\n:00000001FF\n";
@@ -113,6 +116,25 @@ class TracedRunTest : public QObject {
         QCOMPARE(lista_->rowCount(), std::uint64_t{3});
         QCOMPARE(lista_->cells(1)[columnINS], std::string("LXI SP,8000"));
         QCOMPARE(lista_->cells(2)[columnPC], std::string("0004"));
+    }
+
+    /// Every row is there, in its order, where one block ends and the next one begins.
+    void stepsAreRecordedAcrossTheBorderOfABlock() {
+        TracedMachine filling(trace_->recorder());
+        filling.load({0x3C});  // INR A, so that the window's registers differ from the last row
+        filling.steps(nearlyABlock - 1);
+        QCOMPARE(rows().size(), std::size_t{nearlyABlock});
+        load(endlessLoop);
+        constexpr int clicks = 12;
+        for (int i = 0; i < clicks; ++i) clickIn(Eje_paso_);
+        const std::vector<RowCells> all = rows();
+        QCOMPARE(all.size(), std::size_t{nearlyABlock + 1 + clicks});
+        QCOMPARE(all[nearlyABlock][0], std::string());  // the state row
+        for (int i = 0; i < clicks; ++i) {
+            const RowCells& row = all[static_cast<std::size_t>(nearlyABlock + 1 + i)];
+            QCOMPARE(row[0], std::string(i == 0 ? "0000" : i % 2 == 1 ? "0003" : "0004"));
+            QCOMPARE(row[columnPC], std::string(i % 2 == 0 ? "0003" : "0004"));
+        }
     }
 
     void anEditBetweenStepsIsAStateRow() {
