@@ -7,6 +7,8 @@
 #include <optional>
 
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/OddFiles.h"
+#include "ui/common/Paths.h"
 
 using namespace tavinor;
 
@@ -147,6 +149,13 @@ class SourceFileTest : public QObject {
         QVERIFY(!writeSource("/dev/null", "y", TextEncoding::utf8));
         QVERIFY(!QFileInfo("/dev/null").isFile());
         QVERIFY(!writeSource(path("no/such/folder.asm"), "y", TextEncoding::utf8));
+    }
+
+    void whatIsNoFileIsNeitherReadNorWritten() {
+        test::OddFiles().each([](const std::string& what, const std::filesystem::path& odd) {
+            QVERIFY2(readSource(fromPath(odd)).state == SourceFile::State::failed, what.c_str());
+            QVERIFY2(!writeSource(fromPath(odd), "y", TextEncoding::utf8), what.c_str());
+        });
     }
 
     /// The write fails in its middle.
