@@ -1,6 +1,6 @@
-// endurance MILLIONS [LEAK]: a run of so many million instructions in the main window, every view live and every
-// instruction recorded. Ends with an error when memory has grown by more than the trace accounts for. LEAK bytes
-// are kept besides, to see that they are noticed.
+// endurance MILLIONS [LEAK]: a run of so many million instructions in the main window, every view live and
+// every instruction recorded. Ends with an error when memory has grown by more than the trace accounts for.
+// LEAK bytes are kept besides, to see that they are noticed.
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -30,8 +30,8 @@ using namespace tavinor;
 namespace {
 
 constexpr double million = 1e6;
-/// What Qt may hold at one moment and not at another: events, painters, texts. Short runs were seen to differ by
-/// less than half of it, either way.
+/// What Qt may hold at one moment and not at another: events, painters, texts. Short runs were seen to differ
+/// by less than half of it, either way.
 constexpr std::int64_t ebbAndFlow = 16 * 1024;
 
 /// Calls a subroutine that writes memory and the stack, writes a port and reads it, for ever.
