@@ -27,16 +27,15 @@ std::optional<fs::path> behindLinks(fs::path path) {
 
 }  // namespace
 
-ReplacedFile::ReplacedFile(const fs::path& path) {
+ReplacedFile::ReplacedFile(const fs::path& path, const fs::path& model) {
     const std::optional<fs::path> target = behindLinks(path);
     if (!target) return;
     path_ = *target;
     std::error_code error;
-    const fs::file_status old = fs::status(path_, error);
-    if (fs::exists(old)) {
-        if (!File::forChanging(path_).isOpen()) return;
-        permissions_ = old.permissions();
-    }
+    const bool replaces = fs::exists(fs::status(path_, error));
+    if (replaces && !File::forChanging(path_).isOpen()) return;
+    const fs::file_status like = fs::status(replaces ? path_ : model, error);
+    if (fs::exists(like)) permissions_ = like.permissions();
     if (createBeside() && permissions_ != fs::perms::unknown) {
         fs::permissions(beside_, permissions_, error);
     }

@@ -10,11 +10,12 @@ namespace tavinor {
 /// A file that is written beside the one it replaces and put in its place when it is complete. Whatever
 /// happens meanwhile, the name has the old bytes or the new ones, never a part of them.
 ///
-/// The new file has the permissions of the old one. A symbolic link stays, and what it leads to is replaced.
+/// The new file has the permissions of the old one, or of a model where there is none. A symbolic link stays,
+/// and what it leads to is replaced.
 class ReplacedFile {
   public:
     /// Creates the file beside `path`. What is there already must be a regular file that may be written to.
-    explicit ReplacedFile(const std::filesystem::path& path);
+    explicit ReplacedFile(const std::filesystem::path& path, const std::filesystem::path& model = {});
     ReplacedFile(const ReplacedFile&) = delete;
     ReplacedFile& operator=(const ReplacedFile&) = delete;
     /// Without `commit`, everything is as it was.

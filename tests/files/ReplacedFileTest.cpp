@@ -52,6 +52,18 @@ TEST_F(Replacing, ANameWithoutAFile) {
     EXPECT_EQ(fs::status(path_).permissions(), fs::status(folder_.path() / "ordinary").permissions());
 }
 
+TEST_F(Replacing, ANewFileIsAsPrivateAsItsModel) {
+    folder_.write("model", "old");
+    constexpr fs::perms mode = fs::perms::owner_read | fs::perms::owner_write;
+    fs::permissions(folder_.path() / "model", mode);
+    for (const char* bytes : {"new", "newer"}) {
+        ReplacedFile file(path_, folder_.path() / "model");
+        EXPECT_TRUE(file.write(bytes) && file.commit());
+        EXPECT_EQ(fs::status(path_).permissions(), mode);
+        EXPECT_EQ(bytesOf(path_), bytes);
+    }
+}
+
 TEST_F(Replacing, AFileThatStaysWholeMeanwhile) {
     folder_.write("prog.HEX", "old");
     {
