@@ -37,7 +37,8 @@ void fit(const QMessageBox& box) {
 }
 
 QMessageBox::StandardButton ask(QWidget* parent, const QString& text, QMessageBox::StandardButtons buttons,
-                                Qt::Alignment alignment = Qt::AlignLeft) {
+                                Qt::Alignment alignment = Qt::AlignLeft,
+                                QMessageBox::StandardButton byDefault = QMessageBox::NoButton) {
     QMessageBox box(QMessageBox::NoIcon, applicationTitle(), withLineBreaks(text), buttons, parent);
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
@@ -45,6 +46,7 @@ QMessageBox::StandardButton ask(QWidget* parent, const QString& text, QMessageBo
     if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(alignment | Qt::AlignVCenter);
     }
+    box.setDefaultButton(byDefault);
     fit(box);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
@@ -55,8 +57,9 @@ void showMessage(QWidget* parent, const QString& text, bool rightAligned) {
     ask(parent, text, QMessageBox::Ok, rightAligned ? Qt::AlignRight : Qt::AlignLeft);
 }
 
-bool askYesNo(QWidget* parent, const QString& question) {
-    return ask(parent, question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+bool askYesNo(QWidget* parent, const QString& question, DefaultAnswer byDefault) {
+    return ask(parent, question, QMessageBox::Yes | QMessageBox::No, Qt::AlignLeft,
+               byDefault == DefaultAnswer::yes ? QMessageBox::Yes : QMessageBox::No) == QMessageBox::Yes;
 }
 
 SaveAnswer askYesNoCancel(QWidget* parent, const QString& question) {

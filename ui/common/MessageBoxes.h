@@ -12,8 +12,10 @@ namespace tavinor {
 /// loader, which asks for its text at the right.
 void showMessage(QWidget* parent, const QString& text, bool rightAligned = false);
 
-/// A question with Yes and No; Esc and the close box mean No.
-bool askYesNo(QWidget* parent, const QString& question);
+enum class DefaultAnswer { yes, no };
+
+/// A question with Yes and No; Esc and the close box mean No, Enter the default.
+bool askYesNo(QWidget* parent, const QString& question, DefaultAnswer byDefault = DefaultAnswer::yes);
 
 enum class SaveAnswer { yes, no, cancel };
 

@@ -17,6 +17,7 @@
 #include "ui/common/Naming.h"
 #include "ui/common/ScreenRoom.h"
 #include "ui/editor/Busqueda.h"
+#include "ui/editor/RescueCopy.h"
 #include "ui/editor/SourceEdit.h"
 
 namespace tavinor {
@@ -36,6 +37,11 @@ QString nameWithoutFolder(const QString& path) {
 #else
     return path.section('/', -1);
 #endif
+}
+
+/// As if the file had been read line by line.
+QString withLastLineEnd(const QString& text) {
+    return text.endsWith('\n') || text.endsWith('\r') ? text : text + '\n';
 }
 
 }  // namespace
@@ -162,7 +168,7 @@ void Editor::Abrir_Click() {
 void Editor::guardar_Click() {
     if (filename->text().isEmpty()) {
         guardarcomo_Click();
-    } else {
+    } else if (mayOverwrite()) {
         write(filename->text());
     }
 }
@@ -205,29 +211,74 @@ void Editor::setFilename(const QString& path) {
 void Editor::filename_Change() {
     showCaption();
     if (filename->text().isEmpty()) return;
-    if (!suppressLoad_) load(filename->text());
-    changed_ = false;
+    changed_ = !suppressLoad_ && load(filename->text());
 }
 
 /// A file that exists but cannot be read leaves the text without a name, so that no save puts an empty text
 /// in its place. An empty file has nothing to lose and keeps its name.
-void Editor::load(const QString& path) {
+bool Editor::load(const QString& path) {
+    const QScopedValueRollback<bool> busy(busyWithFile_, true);
     clearText();
+    known_.note(path);
+    const RescueCopy copy(path);
+    if (copy.isNewer() && askYesNo(front(), QStringLiteral("Hay una copia de rescate más reciente.\r\n"
+                                                           "¿Desea abrirla?"))) {
+        return loadRescueCopy(copy);
+    }
     if (!QFileInfo::exists(path)) {
         const QString question =
             QStringLiteral("El fichero ") + path + QStringLiteral(" no existe\r\n¿Desea crearlo?");
         if (!askYesNo(front(), question)) setFilename({});
-        return;
+        return false;
     }
     const SourceFile file = readSource(path);
     if (file.state != SourceFile::State::read) {
         if (file.state == SourceFile::State::failed) setFilename({});
         showMessage(front(), QStringLiteral("Error abriendo fichero"));
-        return;
+        return false;
     }
     encoding_ = file.encoding;
-    const bool ended = file.text.endsWith('\n') || file.text.endsWith('\r');
-    texto->setSource(ended ? file.text : file.text + '\n');
+    texto->setSource(withLastLineEnd(file.text));
+    return false;
+}
+
+/// The text is shown to the letter. It goes on in the source's encoding, of which the copy tells only where
+/// it has no character that the other one lacks.
+bool Editor::loadRescueCopy(const RescueCopy& copy) {
+    const SourceFile rescued = readSource(copy.path());
+    if (rescued.state == SourceFile::State::failed) {
+        setFilename({});
+        showMessage(front(), QStringLiteral("Error abriendo fichero"));
+        return false;
+    }
+    const SourceFile source = readSource(filename->text());
+    encoding_ = source.state == SourceFile::State::read ? source.encoding : rescued.encoding;
+    texto->setSource(rescued.text);
+    return true;
+}
+
+/// What has gone, or cannot be read, is left to the next save.
+void Editor::readAgain() {
+    if (changed_ || busyWithFile_ || !isVisible() || !known_.differFrom(filename->text())) return;
+    const QScopedValueRollback<bool> busy(busyWithFile_, true);
+    KnownContents now;
+    now.note(filename->text());
+    const SourceFile file = readSource(filename->text());
+    if (file.state != SourceFile::State::read) return;
+    known_ = now;
+    encoding_ = file.encoding;
+    texto->setSourceInPlace(withLastLineEnd(file.text));
+}
+
+bool Editor::mayOverwrite() {
+    const QScopedValueRollback<bool> busy(busyWithFile_, true);
+    const QString& path = filename->text();
+    if (!known_.differFrom(path)) return true;
+    const QString question = QStringLiteral("El fichero ") + path +
+                             QStringLiteral(" ha cambiado en el disco\r\n¿Desea sobreescribirlo?");
+    if (askYesNo(this, question, DefaultAnswer::no)) return true;
+    changed_ = true;  // it is not what is on disk
+    return false;
 }
 
 void Editor::showCaption() {
@@ -245,6 +296,7 @@ void Editor::clearText() {
 }
 
 bool Editor::write(const QString& path) {
+    const QScopedValueRollback<bool> busy(busyWithFile_, true);
     const QString text = texto->source() + '\n';
     TextEncoding encoding = encoding_;
     if (!canEncodeSource(text, encoding)) {
@@ -255,13 +307,26 @@ bool Editor::write(const QString& path) {
         if (!unicode) return false;
         encoding = TextEncoding::utf8;
     }
-    if (!writeSource(path, text, encoding)) {
+    const std::optional<std::string> written = writeSource(path, text, encoding);
+    if (!written) {
         showMessage(this, QStringLiteral("Error guardando fichero"));
         return false;
     }
+    known_.noteWritten(*written);
+    RescueCopy(path).remove();
     encoding_ = encoding;
     changed_ = false;
     return true;
+}
+
+void Editor::rescue() const {
+    if (!changed_ || filename->text().isEmpty()) return;
+    RescueCopy(filename->text()).write([this](const auto& take) { texto->handOut(take); }, encoding_);
+}
+
+bool Editor::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) readAgain();
+    return QMainWindow::event(event);
 }
 
 void Editor::closeEvent(QCloseEvent* event) {

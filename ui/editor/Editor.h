@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 
+#include "ui/editor/KnownContents.h"
 #include "ui/editor/SourceFile.h"
 
 class QAction;
@@ -13,6 +14,7 @@ class QMenu;
 namespace tavinor {
 
 class Busqueda;
+class RescueCopy;
 class SourceEdit;
 
 /// The editor for assembly sources: one text at a time, and a question before changes are lost. Between uses
@@ -31,8 +33,12 @@ class Editor : public QMainWindow {
     void openDropped(const QString& path, QWidget* principal);
     /// Closes the editor as any close does. False when it stays open: the text has not been saved.
     bool mayClose() { return close(); }
+    /// Leaves the text, if it has not been saved and has a name, beside the file of that name. Only reads
+    /// what the editor holds: the program may be ending in the middle of anything.
+    void rescue() const;
 
   protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
@@ -51,7 +57,13 @@ class Editor : public QMainWindow {
     /// Another path in `filename`: caption, and the text unless the file is only being renamed.
     void setFilename(const QString& path);
     void filename_Change();
-    void load(const QString& path);
+    /// True when the text counts as changed from the beginning: it is that of a rescue copy.
+    bool load(const QString& path);
+    bool loadRescueCopy(const RescueCopy& copy);
+    /// Shows a file that another program has changed, if there is nothing to lose.
+    void readAgain();
+    /// True when the file on disk is the one that is known, or the user gives it up.
+    bool mayOverwrite();
     void showCaption();
     void clearText();
     bool write(const QString& path);
@@ -67,7 +79,9 @@ class Editor : public QMainWindow {
     QPointer<QWidget> principal_;
     QString caption_;
     TextEncoding encoding_ = TextEncoding::utf8;
+    KnownContents known_;
     bool changed_ = false;
+    bool busyWithFile_ = false;  // reading or saving, maybe asking about it
     bool suppressLoad_ = false;
 };
 

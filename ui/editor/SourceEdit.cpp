@@ -7,8 +7,11 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTimerEvent>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -98,6 +101,46 @@ void SourceEdit::setSource(const QString& text) {
     setUndoRedoEnabled(false);
     filling_.start(0, this);
     if (arrived_ == arriving_.size()) fill();
+}
+
+SourceEdit::Place SourceEdit::placeOf(int position) const {
+    const QTextBlock block = document()->findBlock(position);
+    return {block.blockNumber(), position - block.position()};
+}
+
+/// The nearest one there is.
+int SourceEdit::positionOf(const Place& place) const {
+    const int line = std::min(place.line, document()->blockCount() - 1);
+    const QTextBlock block = document()->findBlockByNumber(line);
+    return block.position() + std::min(place.column, block.length() - 1);
+}
+
+void SourceEdit::setSourceInPlace(const QString& text) {
+    const Place anchor = placeOf(textCursor().anchor());
+    const Place caret = placeOf(textCursor().position());
+    const int row = verticalScrollBar()->value();
+    const int left = horizontalScrollBar()->value();
+    setSource(text);
+    fill();
+    QTextCursor cursor(document());
+    cursor.setPosition(positionOf(anchor));
+    cursor.setPosition(positionOf(caret), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+    verticalScrollBar()->setValue(row);
+    horizontalScrollBar()->setValue(left);
+}
+
+void SourceEdit::handOut(const std::function<void(const QString&)>& take) const {
+    for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next()) {
+        take(block.next().isValid() ? block.text() + '\n' : block.text());
+    }
+    if (!isFilling()) return;
+    for (qsizetype start = arrived_; start < arriving_.size();) {
+        const qsizetype lineEnd = arriving_.indexOf('\n', start);
+        const qsizetype end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
+        take(arriving_.mid(start, end - start));
+        start = end;
+    }
 }
 
 /// Whole lines, so that no two pieces share one.

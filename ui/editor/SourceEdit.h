@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPlainTextEdit>
 #include <QString>
+#include <functional>
 
 namespace tavinor {
 
@@ -23,6 +24,11 @@ class SourceEdit : public QPlainTextEdit {
     /// Puts another text in place of the whole one; it cannot be undone. Any kind of line end is taken.
     /// Silent.
     void setSource(const QString& text);
+    /// The same for another version of the text: caret, selection and what is in view stay at their lines.
+    void setSourceInPlace(const QString& text);
+    /// Hands out the whole text line by line, each with its LF, and changes nothing. Needs no memory for a
+    /// copy of it.
+    void handOut(const std::function<void(const QString&)>& take) const;
 
     [[nodiscard]] bool hasSelection() const { return textCursor().hasSelection(); }
     /// Position, counted from 0, at which the selection starts; the caret's where nothing is selected.
@@ -56,6 +62,14 @@ class SourceEdit : public QPlainTextEdit {
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
   private:
+    /// A place in the text as a reader thinks of it.
+    struct Place {
+        int line;
+        int column;
+    };
+
+    [[nodiscard]] Place placeOf(int position) const;
+    [[nodiscard]] int positionOf(const Place& place) const;
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
     void noteEdit();
     void setTabStops();

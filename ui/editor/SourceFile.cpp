@@ -67,9 +67,11 @@ bool canEncodeSource(const QString& text, TextEncoding encoding) {
     return canEncode(text.toStdString(), encoding);
 }
 
-bool writeSource(const QString& path, const QString& text, TextEncoding encoding) {
+std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding) {
+    std::string bytes = encode(withLineEndPairs(text.toStdString()), encoding);
     ReplacedFile file(toPath(path));
-    return file.write(encode(withLineEndPairs(text.toStdString()), encoding)) && file.commit();
+    if (!file.write(bytes) || !file.commit()) return std::nullopt;
+    return bytes;
 }
 
 }  // namespace tavinor

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "assembler/TextEncoding.h"
@@ -30,9 +31,9 @@ SourceFile readSource(const QString& path);
 /// Whether every character of `text` exists in `encoding`.
 bool canEncodeSource(const QString& text, TextEncoding encoding);
 
-/// Replaces the file by `text`, with every LF written as CR LF. The file is whole at every moment: the old
-/// one or the new one. It keeps its permissions, and a symbolic link keeps pointing to it. False when it
-/// could not be saved; then the old file is as it was.
-bool writeSource(const QString& path, const QString& text, TextEncoding encoding);
+/// Replaces the file by `text`, with every LF written as CR LF, and returns its bytes. The file is whole at
+/// every moment: the old one or the new one. It keeps its permissions, and a symbolic link keeps pointing to
+/// it. Nothing when it could not be saved; then the old file is as it was.
+std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding);
 
 }  // namespace tavinor

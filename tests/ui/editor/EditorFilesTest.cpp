@@ -191,7 +191,7 @@ class EditorFilesTest : public QObject {
             dialogs->expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), path);
             if (QFile::exists(path)) {
                 dialogs->expectQuestion("El fichero " + path + " ya existe\r\n¿Desea sobreescribirlo?", yesNo,
-                                       QMessageBox::Yes);
+                                        QMessageBox::Yes);
             }
             dialogs->expectMessage("Error guardando fichero");
             pressKey(&f.editor, Qt::Key_M, Qt::ControlModifier);

@@ -170,7 +170,7 @@ class SourceFileTest : public QObject {
         put(path("old.asm"), "old");
         const QStringList before = QDir(folder_.path()).entryList();
         std::optional<test::FileSizeLimit> fullDisk(4096);
-        const bool saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8);
+        const auto saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8);
         fullDisk.reset();
         QVERIFY(!saved);
         QCOMPARE(bytesOf(path("old.asm")), QByteArray("old"));

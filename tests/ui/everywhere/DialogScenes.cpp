@@ -45,6 +45,9 @@ const BoxText boxTexts[] = {
      Box::yesNo},
     {"question: create", "El fichero %1 no existe\r\n¿Desea crearlo?", Box::yesNo},
     {"question: overwrite", "El fichero %1 ya existe\r\n¿Desea sobreescribirlo?", Box::yesNo},
+    {"question: changed by another program",
+     "El fichero %1 ha cambiado en el disco\r\n¿Desea sobreescribirlo?", Box::yesNo},
+    {"question: rescue copy", "Hay una copia de rescate más reciente.\r\n¿Desea abrirla?", Box::yesNo},
     {"question: encoding",
      "El texto contiene caracteres que no existen en la codificación del fichero (Windows-1252)\r\n"
      "¿Desea guardarlo en UTF-8?",
