@@ -173,8 +173,8 @@ class Program:
 
         return wait_for(f"the dialog {title!r}", look)
 
-    def answer(self, text, button=None):
-        """Waits for a message box that says `text`, and presses the button of a name, or the default one."""
+    def message_box(self, text):
+        """Waits for a message box that says `text`. Returns it."""
 
         def look():
             for window in self._showing():
@@ -183,7 +183,11 @@ class Program:
                     return window
             return None
 
-        window = wait_for(f"the message {text!r}", look)
+        return wait_for(f"the message {text!r}", look)
+
+    def answer(self, text, button=None):
+        """Waits for a message box that says `text`, and presses the button of a name, or the default one."""
+        window = self.message_box(text)
         check("the title of a message", lambda: window.name, "Tavinor")
         time.sleep(0.1)
         if button is None:

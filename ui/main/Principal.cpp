@@ -184,7 +184,7 @@ void Principal::halt() {
     showAll();  // in the trace, the row of this HLT is there already
     heldPaints_.letGo();
     halt_->ask();
-    if (!halt_->continues() && commands_->running()) Ejecutar_Click();
+    if (!halt_->continues()) stopRun();
 }
 
 /// Stops a run, or starts one. A run that is started again inside the yield in which it was stopped goes on
@@ -306,11 +306,10 @@ void Principal::bringUpToDate() {
 
 void Principal::CargarHEX_Click() {
     const std::optional<QString> path = askFileToOpen(
-        this,
-        {.title = QStringLiteral("Cargar fichero .HEX"),
-         .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
-         .initialName = {},
-         .defaultSuffix = QStringLiteral("hex")});
+        this, {.title = QStringLiteral("Cargar fichero .HEX"),
+               .filter = QStringLiteral("Fichero hexadecimales (*.hex)|*.hex|Todos los ficheros (*.*)|*.*"),
+               .initialName = {},
+               .defaultSuffix = QStringLiteral("hex")});
     if (path) loadHexFile(*path);
 }
 
@@ -439,9 +438,22 @@ void Principal::guarded(const std::function<void()>& procedure) {
 }
 
 void Principal::recover(const RuntimeError& error) {
-    if (commands_->running()) Ejecutar_Click();
+    stopRun();
     regen();
     showMessage(this, errorText(error));
+}
+
+void Principal::stopRun() {
+    if (commands_->running()) Ejecutar_Click();
+}
+
+bool Principal::agreesToEnd() {
+    stopRun();
+    return editor_->mayClose();
+}
+
+void Principal::rescue() const {
+    editor_->rescue();
 }
 
 bool Principal::Form_QueryUnload() {

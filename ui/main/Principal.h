@@ -46,6 +46,14 @@ class Principal : public QMainWindow, private Host {
     /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended.
     void loadHexFile(const QString& path);
 
+    /// Stops a run, if one is going, as the button does.
+    void stopRun();
+    /// The system asks for the end: a run stops, and the editor closes as any close does. False when the user
+    /// would rather go on.
+    bool agreesToEnd();
+    /// Leaves unsaved text of the editor beside its source.
+    void rescue() const;
+
   signals:
     /// The user asks what program this is.
     void aboutRequested();

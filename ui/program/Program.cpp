@@ -1,5 +1,12 @@
 #include "ui/program/Program.h"
 
+#include <QApplication>
+#include <QEvent>
+#include <QScopedValueRollback>
+#include <QSessionManager>
+#include <QTimer>
+#include <cstdlib>
+
 namespace tavinor {
 
 Program::Program(const Version& own, const UpdateSource& updates) : cabecera_(own, updates) {
@@ -7,6 +14,49 @@ Program::Program(const Version& own, const UpdateSource& updates) : cabecera_(ow
     connect(&principal_, &Principal::aboutRequested, &cabecera_, &Cabecera::showAbout);
     connect(&principal_, &Principal::closed, &cabecera_, &Cabecera::showFarewell);
     connect(&cabecera_, &Cabecera::ended, this, &Program::ended);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &Program::commitData, Qt::DirectConnection);
+    qApp->installEventFilter(this);
+}
+
+bool Program::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != qApp || event->type() != QEvent::Quit) return QObject::eventFilter(watched, event);
+    requestEnd();
+    return true;
+}
+
+void Program::commitData(QSessionManager& session) {
+    if (!session.allowsInteraction()) {
+        endWithoutQuestion();
+        return;
+    }
+    requestEnd();
+    session.release();
+    if (!ending_) session.cancel();
+}
+
+void Program::requestEnd() {
+    if (asking_ || QApplication::activeModalWidget() != nullptr) {
+        endWithoutQuestion();
+        return;
+    }
+    const QScopedValueRollback asking(asking_, true);
+    // An open menu would keep the mouse from the question.
+    while (QWidget* menu = QApplication::activePopupWidget()) menu->hide();
+    if (principal_.agreesToEnd()) end();
+}
+
+void Program::endWithoutQuestion() {
+    // Work in hand sees its event loop end, but may go on for long before it looks.
+    constexpr int patience = 500;  // milliseconds
+    rescue();
+    principal_.stopRun();
+    QTimer::singleShot(patience, qApp, [] { std::_Exit(EXIT_SUCCESS); });
+    end();
+}
+
+void Program::end() {
+    ending_ = true;
+    emit ended();
 }
 
 }  // namespace tavinor

@@ -5,10 +5,12 @@
 #include "ui/main/Principal.h"
 #include "ui/startup/Cabecera.h"
 
+class QSessionManager;
+
 namespace tavinor {
 
 /// The windows of the program and the way from one to the next: the splash, then the main window with those
-/// that it opens, then the farewell screen.
+/// that it opens, then the farewell screen. An end that the system asks for takes a shorter way.
 class Program : public QObject {
     Q_OBJECT
 
@@ -19,17 +21,34 @@ class Program : public QObject {
 
     void start() { cabecera_.showSplash(); }
 
+    /// The system asks for the end. A run stops, the editor asks about unsaved text, and the program ends
+    /// without a farewell, unless the user cancels. Where the question cannot be asked, or is still open when
+    /// the end is asked for again, the text goes to its rescue copy and the program ends.
+    void requestEnd();
+    /// Leaves unsaved text beside its source.
+    void rescue() const { principal_.rescue(); }
+
     [[nodiscard]] Principal& principal() { return principal_; }
     [[nodiscard]] Cabecera& cabecera() { return cabecera_; }
 
   signals:
-    /// The farewell screen has gone, or an update is on its way: the process is to end.
+    /// The farewell screen has gone, an update is on its way, or the system wants it: the process is to end.
     void ended();
 
+  protected:
+    /// Takes Qt's own way to the end, which is to close all windows.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
+    void commitData(QSessionManager& session);
+    void endWithoutQuestion();
+    void end();
+
     // Both are there and connected before the splash asks for updates, however soon the answer comes.
     Cabecera cabecera_;
     Principal principal_;
+    bool asking_ = false;
+    bool ending_ = false;
 };
 
 }  // namespace tavinor

@@ -2,6 +2,8 @@
 
 #include "ui/common/ApplicationIcon.h"
 #include "ui/common/Translations.h"
+#include "ui/program/EndSignals.h"
+#include "ui/program/LastResort.h"
 #include "ui/program/Program.h"
 #include "ui/startup/Ending.h"
 
@@ -19,6 +21,9 @@ int main(int argc, char* argv[]) {
 
     tavinor::Program program;
     QObject::connect(&program, &tavinor::Program::ended, &application, [] { QApplication::exit(); });
+    const tavinor::LastResort lastResort([&program] { program.rescue(); });
+    const tavinor::EndSignals endSignals;
+    QObject::connect(&endSignals, &tavinor::EndSignals::received, &program, &tavinor::Program::requestEnd);
     program.start();
     exitCode = QApplication::exec();
     return exitCode;
