@@ -8,6 +8,7 @@ in_scratch_folder
 mkdir "$scratch/files"
 export TMPDIR=$scratch/files
 
+: >"$scratch/said"
 "$source_folder/scripts/on-virtual-display" sleep 100 >"$scratch/said" 2>&1 &
 script=$!
 trap 'kill $script 2>/dev/null || true; wait; rm -rf "$scratch"' EXIT
