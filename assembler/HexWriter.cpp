@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "assembler/Messages.h"
-#include "assembler/OutputFile.h"
+#include "files/ReplacedFile.h"
 #include "machine/HexText.h"
 
 namespace tavinor {
@@ -65,9 +65,9 @@ bool creafilehex(const ImageBuffer& image, const std::filesystem::path& path, Pa
                  AssemblyObserver& observer) {
     report.clear();
     const std::string records = hexRecords(image);
-    OutputFile file(path);
+    ReplacedFile file(path);
     if (file.created()) report.append(records);
-    const bool written = file.finish(records);
+    const bool written = file.write(records) && file.commit();
     if (!written) observer.message(message::cannotCreate);
     return written;
 }

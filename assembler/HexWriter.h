@@ -15,6 +15,7 @@ namespace tavinor {
 std::string hexRecords(const ImageBuffer& image);
 
 /// Writes the records of `image` to a file and puts them in place of the report's text.
+/// The file is whole at every moment: the old one or the new one.
 /// @returns false after any error of the file, when "Error creando fichero" has been sent to the observer.
 bool creafilehex(const ImageBuffer& image, const std::filesystem::path& path, PaneText& report,
                  AssemblyObserver& observer);

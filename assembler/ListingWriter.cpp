@@ -3,7 +3,7 @@
 #include <string>
 
 #include "assembler/Messages.h"
-#include "assembler/OutputFile.h"
+#include "files/ReplacedFile.h"
 #include "machine/HexText.h"
 
 namespace tavinor {
@@ -43,7 +43,8 @@ bool creafilelst(std::string_view listing, TextEncoding encoding, const std::fil
                  AssemblyObserver& observer) {
     std::string contents = encode(listing, encoding);
     contents += lineEnd;
-    const bool written = OutputFile(path).finish(contents);
+    ReplacedFile file(path);
+    const bool written = file.write(contents) && file.commit();
     if (!written) observer.message(message::cannotCreate);
     return written;
 }

@@ -22,7 +22,8 @@ void listStatement(PaneText& listing, std::int32_t address, std::string_view dig
 /// The symbol table below the program.
 void listSymbols(PaneText& listing, const std::vector<SymbolEntry>& symbols);
 
-/// Writes the listing and one more line end to a file, in the encoding of the source.
+/// Writes the listing and one more line end to a file, in the encoding of the source. The file is whole at
+/// every moment: the old one or the new one.
 /// @returns false after any error of the file, when "Error creando fichero" has been sent to the observer.
 bool creafilelst(std::string_view listing, TextEncoding encoding, const std::filesystem::path& path,
                  AssemblyObserver& observer);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string>
@@ -38,6 +39,15 @@ class Files : public testing::Test {
         EXPECT_EQ(result.listing, line);
         EXPECT_EQ(result.report, line);
         EXPECT_TRUE(result.symbols.empty());
+    }
+
+    [[nodiscard]] Events names() const {
+        Events found;
+        for (const auto& entry : fs::directory_iterator(directory_ / ".")) {
+            found.push_back(entry.path().filename().string());
+        }
+        std::sort(found.begin(), found.end());
+        return found;
     }
 
     TemporaryDirectory directory_;
@@ -118,11 +128,26 @@ TEST_F(Files, HexPathIsInNoDirectory) {
 }
 
 TEST_F(Files, DiskIsFull) {
-    const FileSizeLimit fullDisk(20);
-    const AssemblyResult result = runText(" NOP");
-    EXPECT_FALSE(result.assembled);
+    writeBytes(hex_, "old");
+    {
+        const FileSizeLimit fullDisk(20);
+        const AssemblyResult result = runText(" NOP");
+        EXPECT_FALSE(result.assembled);
+        EXPECT_NE(result.listing, "");
+    }
     EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
-    EXPECT_NE(result.listing, "");
+    EXPECT_EQ(readBytes(hex_), "old");
+    EXPECT_EQ(names(), (Events{"prog.HEX", "prog.asm"}));
+}
+
+TEST_F(Files, HexFileBehindALinkIsReplaced) {
+    writeBytes(directory_ / "real", "old");
+    fs::permissions(directory_ / "real", static_cast<fs::perms>(0640));
+    fs::create_symlink("real", hex_);
+    EXPECT_TRUE(runText(" NOP").assembled);
+    EXPECT_TRUE(fs::is_symlink(hex_));
+    EXPECT_EQ(readBytes(directory_ / "real"), ":0100000000FF\r\n:00000001FF\r\n");
+    EXPECT_EQ(fs::status(hex_).permissions(), static_cast<fs::perms>(0640));
 }
 
 TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
@@ -136,11 +161,14 @@ TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
 
 TEST_F(Files, ListingCannotBeWritten) {
     const fs::path listing = directory_ / "prog.LST";
+    writeBytes(listing, "old");
     {
         const FileSizeLimit fullDisk(4);
         EXPECT_FALSE(creafilelst("uno\r\n", TextEncoding::utf8, listing, observer_));
     }
     EXPECT_EQ(observer_.messages, Events{"Error creando fichero"});
+    EXPECT_EQ(readBytes(listing), "old");
+    EXPECT_EQ(names(), Events{"prog.LST"});
     observer_.messages.clear();
     fs::remove(listing);
     fs::create_directory(listing);

@@ -144,6 +144,7 @@ class OutcomeTest : public QObject {
     /// A program of nearly all memory makes 150 kB of records.
     void failsWhenTheHexFileDoesNotFitTheDisk() {
         user_->write("prog.asm", QByteArray(" DFW 1,2,3,4,5,6,7,8\r\n").repeated(4000));
+        user_->write("prog.HEX", "old");
         std::optional<test::FileSizeLimit> fullDisk(4096);
         const Shown shown = user_->assemblePaths(user_->path("prog.asm"), user_->path("prog.HEX"), {},
                                                  {"Error creando fichero", "Ensamblado incorrecto"});
@@ -151,6 +152,8 @@ class OutcomeTest : public QObject {
         QCOMPARE(shown.outcome, "Ensamblado incorrecto");
         QVERIFY(shown.report.startsWith(":10000000"));
         QVERIFY(shown.listing.contains("TABLA DE SIMBOLOS"));
+        QCOMPARE(user_->read("prog.HEX"), "old");
+        QCOMPARE(user_->files(), QStringList({"prog.HEX", "prog.asm"}));
     }
 
     void succeedsWithoutAListingFile() {
