@@ -60,6 +60,11 @@ void doubleClickAt(QWidget* widget, const QPoint& position) {
                        widget->mapTo(widget->window(), position));
 }
 
+void clickAgainAt(QWidget* widget, const QPoint& position) {
+    QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval;  // each release has added that much
+    clickAt(widget, position);
+}
+
 void drag(QWidget* widget, const QList<QPoint>& positions) {
     QWindow* handle = handleOf(widget);
     const auto inWindow = [widget](const QPoint& position) {
@@ -77,6 +82,13 @@ void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
 void typeText(QWidget* widget, const QString& text) {
     for (const QChar letter : text) {
         QTest::sendKeyEvent(QTest::Click, handleOf(widget), Qt::Key_unknown, letter, Qt::NoModifier);
+    }
+}
+
+void repeatKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers, int times) {
+    for (int i = 0; i < times; ++i) {
+        QTest::simulateEvent(handleOf(widget), false, key, modifiers, {}, true);
+        QTest::simulateEvent(handleOf(widget), true, key, modifiers, {}, true);
     }
 }
 

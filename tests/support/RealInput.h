@@ -21,6 +21,8 @@ void clickIn(QWidget* widget, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void clickAt(QWidget* widget, const QPoint& position, Qt::MouseButton button = Qt::LeftButton,
              Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void doubleClickAt(QWidget* widget, const QPoint& position);
+/// The second click of a double-click, whose first one was the last click: the program has run in between.
+void clickAgainAt(QWidget* widget, const QPoint& position);
 
 /// Presses the left button at the first position, moves to the others one after the other, and lets go there.
 void drag(QWidget* widget, const QList<QPoint>& positions);
@@ -28,6 +30,8 @@ void drag(QWidget* widget, const QList<QPoint>& positions);
 /// Presses and releases a key in the widget's window: it goes to whatever has the focus there.
 void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void typeText(QWidget* widget, const QString& text);
+/// The repeats of a key that was pressed and is held.
+void repeatKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers, int times);
 
 /// Turns the wheel over the middle of a widget; positive steps are away from the user, or to the left.
 void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation = Qt::Vertical);

@@ -59,9 +59,13 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
                                       : QStringLiteral("Selecciona la instrucción");
     }
     void doAction(const QString& name) override {
-        if (!isValid() || !leaveFocusedBox(view_->window(), view_)) return;
-        view_->setCurrentRow(row_);
-        if (name == toggleAction()) emit view_->prg_DblClick();
+        if (!isValid()) return;
+        const std::int32_t address = view_->address(row_);
+        if (!leaveFocusedBox(view_->window(), view_)) return;
+        // What leaving the box has caused may have listed other rows.
+        const int row = view_->rowOf(address);
+        if (row >= 0) view_->choose(row);
+        if (name == toggleAction()) emit view_->toggleAsked(address);
     }
     [[nodiscard]] QStringList keyBindingsForAction(const QString& name) const override {
         return name == toggleAction() ? QStringList{QStringLiteral("F9")} : QStringList{};

@@ -38,7 +38,6 @@ ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
     connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!showing_ && row >= 0) emit prg_Click();
     });
-    connect(this, &QListWidget::doubleClicked, this, &ListingView::prg_DblClick);
 }
 
 void ListingView::fitRows() {
@@ -84,11 +83,25 @@ void ListingView::showRows(const Listing& listing, std::int32_t programCounter) 
     setCurrentRow(listing.selected());
 }
 
+void ListingView::choose(int row) {
+    if (row == currentRow()) {
+        emit prg_Click();
+    } else {
+        setCurrentRow(row);
+    }
+}
+
+int ListingView::rowOf(std::int32_t address) const {
+    int row = count() - 1;
+    while (row >= 0 && this->address(row) != address) --row;
+    return row;
+}
+
 void ListingView::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
-        case Qt::Key_Enter: QApplication::beep(); return;
-        case Qt::Key_F9: emit prg_DblClick(); return;
+        case Qt::Key_Enter: emit enterPressed(); return;
+        case Qt::Key_F9: emit f9Pressed(); return;
         case Qt::Key_Up: emit upPressed(); break;
         case Qt::Key_Down: emit downPressed(); break;
         default: break;
@@ -102,6 +115,13 @@ void ListingView::mousePressEvent(QMouseEvent* event) {
     // A press on the row that is selected already counts as well.
     const QListWidgetItem* pressed = itemAt(event->pos());
     if (pressed != nullptr && currentRow() == before && row(pressed) == before) emit prg_Click();
+}
+
+/// Since its first press a run may have selected another row, or listed other rows: the second press selects
+/// the row under the pointer anew.
+void ListingView::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
+    if (itemAt(event->pos()) != nullptr) emit prg_DblClick();
 }
 
 void ListingView::wheelEvent(QWheelEvent* event) {
@@ -126,6 +146,9 @@ ListingPanel::ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWid
     layout->addWidget(scrollBar_);
     connect(prg, &ListingView::prg_Click, this, &ListingPanel::prg_Click);
     connect(prg, &ListingView::prg_DblClick, this, &ListingPanel::prg_DblClick);
+    connect(prg, &ListingView::f9Pressed, this, &ListingPanel::f9);
+    connect(prg, &ListingView::toggleAsked, this, &ListingPanel::toggle);
+    connect(prg, &ListingView::enterPressed, this, &ListingPanel::prg_KeyPress);
     connect(prg, &ListingView::upPressed, this, [this] { prg_KeyDown(Qt::Key_Up); });
     connect(prg, &ListingView::downPressed, this, [this] { prg_KeyDown(Qt::Key_Down); });
     connect(prg, &ListingView::wheelTurned, this, &ListingPanel::turnWheel);
@@ -135,10 +158,15 @@ ListingPanel::ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWid
 }
 
 void ListingPanel::bringUpToDate() {
-    position(programCounter_);
+    positionRows(programCounter_);
 }
 
 void ListingPanel::position(std::int32_t address) {
+    chosen_ = address;
+    positionRows(address);
+}
+
+void ListingPanel::positionRows(std::int32_t address) {
     listing_.position(address);
     showRows();
 }
@@ -155,15 +183,36 @@ void ListingPanel::prg_Click() {
         return;
     }
     listing_.select(prg->currentRow());
-    if (listing_.selected() != Listing::noRow) emit rowSelected(prg->currentItem()->text());
+    if (listing_.selected() == Listing::noRow) return;
+    chosen_ = listing_.address(listing_.selected());
+    emit rowSelected(prg->currentItem()->text());
+}
+
+void ListingPanel::prg_DblClick() {
+    if (listing_.selected() != Listing::noRow) toggle(listing_.address(listing_.selected()));
+}
+
+/// Stands for the double-click on the selected row. A run selects the program counter's row after every
+/// instruction, so meanwhile the row is meant that the user selected last, by mouse, by key or by typing its
+/// address; it counts also where the list has scrolled away from it for the moment. The entry row shows it.
+void ListingPanel::f9() {
+    if (running_ && chosen_) {
+        toggle(*chosen_);
+    } else {
+        prg_DblClick();
+    }
 }
 
 /// Only this changes a single breakpoint.
-void ListingPanel::prg_DblClick() {
-    if (listing_.selected() == Listing::noRow) return;
-    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(listing_.address(listing_.selected()))];
+void ListingPanel::toggle(std::int32_t address) {
+    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(address)];
     flag = static_cast<std::int16_t>(~flag);
     rebuildInPlace();
+}
+
+/// Enter has nothing to press here.
+void ListingPanel::prg_KeyPress() {
+    QApplication::beep();
 }
 
 void ListingPanel::prg_KeyDown(int key) {

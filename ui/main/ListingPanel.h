@@ -4,6 +4,7 @@
 #include <QListWidget>
 #include <QScrollBar>
 #include <cstdint>
+#include <optional>
 
 #include "images/Listing.h"
 #include "machine/MachineState.h"
@@ -24,11 +25,21 @@ class ListingView : public QListWidget {
 
     /// Shows the rows, the selection and the row of the program counter, without a signal.
     void showRows(const Listing& listing, std::int32_t programCounter);
+    /// Selects a row as a click on it does, also when it is selected already.
+    void choose(int row);
+    [[nodiscard]] std::int32_t address(int row) const { return item(row)->text().left(4).toInt(nullptr, 16); }
+    /// The row of `address`; -1 when it is not listed.
+    [[nodiscard]] int rowOf(std::int32_t address) const;
 
   signals:
     /// The user selected a row by mouse, keyboard or an assistive tool.
     void prg_Click();
+    /// The user double-clicked on a row, which is selected now.
     void prg_DblClick();
+    void f9Pressed();
+    /// An assistive tool asks for what a double-click on the row of `address` does.
+    void toggleAsked(std::int32_t address);
+    void enterPressed();
     /// Before the list handles the arrow itself.
     void upPressed();
     void downPressed();
@@ -37,6 +48,7 @@ class ListingView : public QListWidget {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* event) const override;
@@ -66,8 +78,11 @@ class ListingPanel : public QGroupBox {
     void note(std::int32_t programCounter) { programCounter_ = programCounter; }
     /// Lists the program around the noted program counter and selects its row.
     void bringUpToDate();
-    /// Lists the program around `address` and selects its row.
+    /// Lists the program around an address that the user asks for, and selects its row.
     void position(std::int32_t address);
+    void takeFocus() { prg->setFocus(Qt::OtherFocusReason); }
+    /// While a run is going, the selection follows the program counter.
+    void setRunning(bool running) { running_ = running; }
     /// Rebuilds the rows from the same first one, with the same address selected.
     void rebuildInPlace();
 
@@ -79,6 +94,10 @@ class ListingPanel : public QGroupBox {
     void prg_Click();
     void prg_DblClick();
     void prg_KeyDown(int key);
+    void prg_KeyPress();
+    void f9();
+    void toggle(std::int32_t address);
+    void positionRows(std::int32_t address);
     void prg_Scroll();
     void scrollBarUsed(int action);
     void turnWheel(int steps);
@@ -88,6 +107,9 @@ class ListingPanel : public QGroupBox {
     Listing listing_;
     Breakpoints& breakpoints_;
     std::int32_t programCounter_ = 0;
+    bool running_ = false;
+    /// The address that the user selected last, whatever the program has selected since.
+    std::optional<std::int32_t> chosen_;
     ListingView* prg;
     QScrollBar* scrollBar_;
 };

@@ -193,6 +193,7 @@ void Principal::Ejecutar_Click() {
     const bool start = !commands_->running();
     commands_->showRunning(start);
     halt_->setRunning(start);
+    listing_->setRunning(start);
     if (start && !loopOnStack_) run();
 }
 

@@ -1,5 +1,6 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QApplication>
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionSlider>
@@ -10,6 +11,15 @@
 #include "tests/ui/main/ViewsCheck.h"
 
 using namespace tavinor;
+
+namespace {
+int beeps = 0;
+}
+
+/// In place of Qt's own: the platform without a screen has nothing to beep with.
+void QApplication::beep() {
+    ++beeps;
+}
 
 /// The program listing: rows, selection, breakpoints, and the ways to scroll it.
 class ListingPanelTest : public QObject {
@@ -193,12 +203,18 @@ class ListingPanelTest : public QObject {
         QCOMPARE(s_->rows().last(), "FFFE C3 00 42  JMP 4200");
     }
 
-    void enterChangesNothing() {
+    void enterBeepsAndChangesNothing() {
         s_->clickRow(3);
         const QStringList rows = s_->rows();
         const QStringList entry = s_->entryRow();
+        beeps = 0;
         key(Qt::Key_Return);
+        QCOMPARE(beeps, 1);
         key(Qt::Key_Enter);
+        QCOMPARE(beeps, 2);
+        key(Qt::Key_Space);
+        typeText(&s_->window, "g");
+        QCOMPARE(beeps, 2);
         QCOMPARE(s_->rows(), rows);
         QCOMPARE(s_->entryRow(), entry);
         QCOMPARE(s_->selectedAddress(), 3);
@@ -340,6 +356,22 @@ class ListingPanelTest : public QObject {
         QCOMPARE(actions->keyBindingsForAction(toggle), QStringList{"F9"});
         actions->doAction(toggle);
         QVERIFY(breakpoint(3) != 0);
+    }
+
+    /// Leaving PC's box lists other rows; the action is meant for the row that the tool was told of.
+    void aToolsActionIsMeantForTheRowItWasMadeOn() {
+        QAccessibleInterface* row = QAccessible::queryAccessibleInterface(s_->listing())->child(6);
+        s_->type("txtPC", "0010");
+        row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(s_->rowAddress(6), 0x000A);
+        QCOMPARE(breakpoint(6), -1);
+        QCOMPARE(breakpoint(0x0A), 0);
+        QCOMPARE(s_->selectedAddress(), 6);
+        s_->type("txtPC", "0200");
+        row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(breakpoint(0x0A), -1);
+        QCOMPARE(s_->rowOf(0x0A), -1);
+        QCOMPARE(s_->selectedAddress(), 0x0200);
     }
 
     void aToolsActionOnACellSelectsIt() {
