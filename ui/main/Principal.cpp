@@ -457,6 +457,15 @@ void Principal::rescue() const {
     editor_->rescue();
 }
 
+/// Qt hands the focus of a control that becomes disabled on as Tab would. The next key would press the
+/// neighbour, so the focus goes to where no key acts on the machine.
+bool Principal::focusNextPrevChild(bool next) {
+    const QWidget* holder = focusWidget();
+    if (holder == nullptr || holder->isEnabled()) return QMainWindow::focusNextPrevChild(next);
+    listing_->takeFocus();
+    return true;
+}
+
 bool Principal::Form_QueryUnload() {
     return !commands_->running() && editor_->mayClose();
 }

@@ -8,6 +8,7 @@
 #include "machine/Host.h"
 #include "machine/MachineState.h"
 #include "machine/RuntimeError.h"
+#include "ui/common/KeyRepeats.h"
 #include "ui/main/HeldPaints.h"
 #include "ui/main/RunPace.h"
 
@@ -62,6 +63,7 @@ class Principal : public QMainWindow, private Host {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     /// In a run: brings the views up to date before any event reaches its handler.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -127,6 +129,7 @@ class Principal : public QMainWindow, private Host {
     Breakpoints breakpoints_{};
     RunPace pace_;
     HeldPaints heldPaints_;
+    KeyRepeats keyRepeats_;
     bool loopOnStack_ = false;
     int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;

@@ -1,0 +1,298 @@
+#include <QAccessible>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+
+#include "tests/support/RealInput.h"
+#include "tests/ui/main/Simulator.h"
+
+using namespace tavinor;
+
+/// Clicks and keys while a run moves the selection and changes what can be pressed: each does what it was
+/// meant for.
+class RunInputTest : public QObject {
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<Simulator> s_;
+
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+        pressKey(&s_->window, key, modifiers);
+    }
+    /// INX B; JMP 0000: the program counter is at 0000 or 0001 at all times.
+    void loadCounter() const { s_->load(0, QByteArray::fromHex("03C30000")); }
+    /// Does the actions one after the other in the middle of a run, instructions between each two of them.
+    void runWith(const QList<std::function<void()>>& actions) const {
+        doNext(actions);
+        s_->press("Ejecutar");
+    }
+    void doNext(const QList<std::function<void()>>& actions) const {
+        QTimer::singleShot(10, &s_->window, [this, actions] {
+            if (actions.isEmpty()) {
+                if (s_->running()) s_->press("Ejecutar");
+                return;
+            }
+            actions.first()();
+            doNext(actions.mid(1));
+        });
+    }
+    /// The addresses that have a breakpoint.
+    [[nodiscard]] QList<int> breakpoints() const {
+        QList<int> addresses;
+        for (int address = 0; address < memorySize; ++address) {
+            if (s_->window.breakpoints()[static_cast<std::size_t>(address)] != 0) addresses.append(address);
+        }
+        return addresses;
+    }
+    [[nodiscard]] bool listingHasFocus() const { return s_->window.focusWidget() == s_->listing(); }
+    void checkSelectionFollows() const {
+        QVERIFY(s_->running());
+        QCOMPARE(s_->selectedAddress(), s_->machine().PC);
+    }
+    /// A stack at 8000, PC at 0100, and every line enabled.
+    void openAllLines() const {
+        s_->enter("txtSP", "8000");
+        s_->enter("txtPC", "0100");
+        for (const char* mask : {"CHK55", "CHK65", "CHK75", "CHKEI"}) s_->press(mask);
+    }
+
+  private slots:
+    void init() { s_ = std::make_unique<Simulator>(); }
+    void cleanup() { s_.reset(); }
+
+    void aDoubleClickIsForTheRowUnderThePointer() {
+        loadCounter();
+        QPoint place;
+        runWith({[&] {
+                     place = s_->placeOfRow(s_->rowOf(0x0006));
+                     clickAt(s_->listing()->viewport(), place);
+                     QCOMPARE(s_->selectedAddress(), 0x0006);
+                 },
+                 [&] {
+                     checkSelectionFollows();
+                     clickAgainAt(s_->listing()->viewport(), place);
+                     QCOMPARE(breakpoints(), QList{0x0006});
+                     QCOMPARE(s_->selectedAddress(), 0x0006);
+                     QCOMPARE(s_->entryRow().first(), "0006");
+                 }});
+        QCOMPARE(breakpoints(), QList{0x0006});
+    }
+
+    /// Near the top of memory the list becomes shorter and longer as the program counter moves.
+    void aDoubleClickIsNotLostWhereRowsComeAndGo() {
+        s_->load(0xFFF0, QByteArray::fromHex("00C3F0FF"));
+        s_->enter("txtPC", "FFF0");
+        QPoint place;
+        int address = -1;
+        runWith({[&] {
+                     place = s_->placeOfRow(s_->listing()->count() - 1);
+                     clickAt(s_->listing()->viewport(), place);
+                 },
+                 [&] { s_->enter("txtPC", "FFF1"); },
+                 [&] {
+                     place = s_->placeOfRow(2);
+                     address = s_->rowAddress(2);
+                     clickAgainAt(s_->listing()->viewport(), place);
+                     clickAgainAt(s_->listing()->viewport(), place);
+                     QCOMPARE(breakpoints(), QList{address});
+                 }});
+    }
+
+    void f9IsForTheRowThatWasClicked() {
+        loadCounter();
+        runWith({[&] { s_->clickRow(s_->rowOf(0x0007)); },
+                 [&] {
+                     checkSelectionFollows();
+                     key(Qt::Key_F9);
+                     QCOMPARE(breakpoints(), QList{0x0007});
+                 },
+                 [&] {
+                     key(Qt::Key_F9);
+                     QCOMPARE(breakpoints(), QList<int>());
+                 }});
+    }
+
+    void f9IsForTheRowThatWasChosenByKeys() {
+        loadCounter();
+        s_->clickRow(s_->rowOf(0x0005));
+        runWith({[&] {
+                     s_->clickRow(s_->rowOf(0x0005));
+                     key(Qt::Key_End);
+                 },
+                 [&] { key(Qt::Key_F9); }, [&] { typeText(&s_->window, "0009"); },
+                 [&] {
+                     checkSelectionFollows();
+                     key(Qt::Key_F9);
+                 }});
+        QCOMPARE(breakpoints(), (QList{0x0009, 0x001E}));
+    }
+
+    /// Its address typed in the entry row, the row is chosen as well, and counts also where the list has left
+    /// it behind.
+    void f9IsForTheRowWhoseAddressWasTyped() {
+        loadCounter();
+        runWith({[&] {
+                     s_->type("txtDIR", "0200");
+                     while (!listingHasFocus()) key(Qt::Key_Backtab, Qt::ShiftModifier);
+                 },
+                 [&] {
+                     checkSelectionFollows();
+                     QCOMPARE(s_->rowOf(0x0200), -1);
+                     key(Qt::Key_F9);
+                 }});
+        QCOMPARE(breakpoints(), QList{0x0200});
+    }
+
+    void f9WithoutAChoiceIsForTheSelectedRow() {
+        s_->load(0, QByteArray::fromHex("C30000"));
+        s_->listing()->setFocus();
+        QTimer::singleShot(10, &s_->window, [this] { key(Qt::Key_F9); });
+        key(Qt::Key_J, Qt::AltModifier);  // until it arrives at the breakpoint
+        QCOMPARE(breakpoints(), QList{0});
+    }
+
+    void f9IsForTheSelectedRowAgainWhenTheRunHasEnded() {
+        loadCounter();
+        runWith({[&] { s_->clickRow(s_->rowOf(0x0007)); }, [] {}});
+        s_->press("Reset");
+        s_->listing()->setFocus();
+        key(Qt::Key_F9);
+        QCOMPARE(breakpoints(), QList{0});
+    }
+
+    void aToolsActionIsForItsRow() {
+        loadCounter();
+        const auto act = [&](int row, const QString& action) {
+            QAccessible::queryAccessibleInterface(s_->listing())
+                ->child(row)
+                ->actionInterface()
+                ->doAction(action);
+        };
+        runWith({[&] { act(s_->rowOf(0x0006), QAccessibleActionInterface::toggleAction()); },
+                 [&] {
+                     QCOMPARE(breakpoints(), QList{0x0006});
+                     s_->clickRow(s_->rowOf(0x0008));
+                     // The row that the run has selected is chosen as well, although nothing changes by that.
+                     act(s_->rowOf(0x0006), QAccessibleActionInterface::setFocusAction());
+                     act(s_->rowOf(0x0006), QAccessibleActionInterface::setFocusAction());
+                     s_->listing()->setFocus();
+                 },
+                 [&] {
+                     checkSelectionFollows();
+                     key(Qt::Key_F9);
+                     QCOMPARE(breakpoints(), QList<int>());
+                 }});
+    }
+
+    /// Alt+P stops the run, and would be the key of a step from then on.
+    void theRepeatsOfAStopDoNotStep() {
+        loadCounter();
+        int atTheStop = -1;
+        QTimer::singleShot(10, &s_->window, [&] {
+            QTest::keyPress(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+            QVERIFY(!s_->running());
+            atTheStop = s_->machine().BC * 2 + s_->machine().PC;
+            repeatKey(&s_->window, Qt::Key_P, Qt::AltModifier, 3);
+        });
+        s_->press("Ejecutar");
+        repeatKey(&s_->window, Qt::Key_P, Qt::AltModifier, 3);
+        QCOMPARE(s_->machine().BC * 2 + s_->machine().PC, atTheStop);
+        QTest::keyRelease(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+        key(Qt::Key_P, Qt::AltModifier);
+        QVERIFY(s_->machine().BC * 2 + s_->machine().PC != atTheStop);
+    }
+
+    void theRepeatsOfAStepGoOnStepping() {
+        s_->load(0, QByteArray(10, '\0'));
+        QTest::keyPress(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+        repeatKey(&s_->window, Qt::Key_P, Qt::AltModifier, 4);
+        QTest::keyRelease(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+        QCOMPARE(s_->machine().PC, 5);
+    }
+
+    /// The other way round: the key of a step is held when a click starts a run.
+    void theRepeatsOfAStepDoNotStop() {
+        loadCounter();
+        QTest::keyPress(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+        runWith({[&] {
+            repeatKey(&s_->window, Qt::Key_P, Qt::AltModifier, 2);
+            QVERIFY(s_->running());
+        }});
+        QTest::keyRelease(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
+        QVERIFY(!s_->running());
+    }
+
+    void anAcceptedRequestHandsTheFocusToTheListing_data() {
+        QTest::addColumn<QString>("button");
+        for (const char* name : {"Rst55", "Rst65", "Rst75", "Intr"}) QTest::newRow(name) << QString(name);
+    }
+
+    void anAcceptedRequestHandsTheFocusToTheListing() {
+        QFETCH(QString, button);
+        openAllLines();
+        s_->enter("txtVec", "FF");
+        s_->button(button)->setFocus();
+        key(Qt::Key_Space);
+        QCOMPARE(s_->machine().SP, 0x7FFE);
+        QVERIFY(!s_->enabled(button));
+        QVERIFY(listingHasFocus());
+        const QStringList entry = s_->entryRow();
+        key(Qt::Key_Space);
+        key(Qt::Key_Space);
+        QCOMPARE(s_->machine().SP, 0x7FFE);
+        QCOMPARE(s_->entryRow(), entry);
+    }
+
+    void aRequestByAToolHandsTheFocusToTheListing() {
+        openAllLines();
+        s_->button("Rst55")->setFocus();
+        QVERIFY(pressByAssistiveTool(s_->button("Rst65")));
+        QVERIFY(listingHasFocus());
+        s_->press("CHKEI");
+        s_->type("txtA", "12");
+        QVERIFY(pressByAssistiveTool(s_->button("Rst65")));
+        QCOMPARE(int(s_->machine().A), 0x12);
+        QVERIFY(listingHasFocus());
+    }
+
+    /// The program itself disables the button, in a step and in a run.
+    void aButtonThatTheProgramDisablesHandsItsFocusToTheListing() {
+        openAllLines();
+        s_->load(0x100, QByteArray::fromHex("F3FBF3C30301"));  // DI; EI; DI; JMP 0103
+        s_->button("Rst75")->setFocus();
+        key(Qt::Key_P, Qt::AltModifier);
+        QVERIFY(listingHasFocus());
+        key(Qt::Key_P, Qt::AltModifier);
+        s_->button("Rst75")->setFocus();
+        QTimer::singleShot(10, &s_->window, [this] {
+            QVERIFY(listingHasFocus());
+            key(Qt::Key_P, Qt::AltModifier);
+        });
+        key(Qt::Key_J, Qt::AltModifier);
+        QVERIFY(listingHasFocus());
+        QCOMPARE(s_->machine().SP, 0x8000);
+    }
+
+    void aStartHandsTheFocusOfTheStepToTheListing() {
+        loadCounter();
+        s_->button("Eje_paso")->setFocus();
+        QTimer::singleShot(10, &s_->window, [this] {
+            QVERIFY(s_->running());
+            QVERIFY(listingHasFocus());
+            key(Qt::Key_P, Qt::AltModifier);
+        });
+        key(Qt::Key_J, Qt::AltModifier);
+        QVERIFY(listingHasFocus());
+    }
+
+    void tabGoesOnAsEver() {
+        s_->button("Ejecutar")->setFocus();
+        key(Qt::Key_Tab);
+        QVERIFY(s_->button("Eje_paso")->hasFocus());
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(s_->button("Ejecutar")->hasFocus());
+    }
+};
+
+QTEST_MAIN(RunInputTest)
+#include "RunInputTest.moc"

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+
+namespace tavinor {
+
+/// Keeps the repeats of a held key with the command that the key was pressed for. What an access key means
+/// can change while it is held: Alt+P stops a run, and is the key of a single step from then on.
+class KeyRepeats : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Watches the whole program: the command may open a window that uses the key for something else.
+    explicit KeyRepeats(QObject* parent = nullptr);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool repeating_ = false;
+    const QObject* pressedFor_ = nullptr;  // only ever compared: it may be gone
+};
+
+}  // namespace tavinor
