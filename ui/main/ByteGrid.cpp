@@ -21,10 +21,10 @@ std::int32_t addressOf(const QModelIndex& index) {
 }  // namespace
 
 ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
-    : QAbstractTableModel(parent), bytes_(static_cast<std::size_t>(size)), digits_(digits) {}
+    : QAbstractTableModel(parent), size_(size), digits_(digits) {}
 
 int ByteGridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(bytes_.size()) / columns;
+    return parent.isValid() ? 0 : size_ / columns;
 }
 
 int ByteGridModel::columnCount(const QModelIndex& parent) const {
@@ -50,9 +50,18 @@ QVariant ByteGridModel::headerData(int section, Qt::Orientation orientation, int
     return QStringLiteral(" ") + hexString(section, 1);
 }
 
+void ByteGridModel::fill(std::uint8_t byte) {
+    bytes_.assign(static_cast<std::size_t>(size_), byte);
+    changed_ = true;
+}
+
 void ByteGridModel::setCell(std::int32_t address, std::uint8_t byte) {
     bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))] = byte;
     changed_ = true;
+}
+
+std::uint8_t ByteGridModel::cell(std::int32_t address) const {
+    return bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))];
 }
 
 bool ByteGridModel::takeChanged() {
@@ -60,7 +69,7 @@ bool ByteGridModel::takeChanged() {
 }
 
 QString ByteGridModel::cellText(std::int32_t address) const {
-    return hexString(bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))], 2);
+    return bytes_.empty() ? QString() : hexString(cell(address), 2);
 }
 
 ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)

@@ -15,8 +15,8 @@ class ByteGridModel : public QAbstractTableModel {
   public:
     static constexpr int columns = 16;
 
-    /// `digits` is the width of the row headers; `size` the number of cells, a multiple of 16. All cells are
-    /// 00.
+    /// `digits` is the width of the row headers; `size` the number of cells, a multiple of 16. The cells are
+    /// empty until they are filled.
     ByteGridModel(int size, int digits, QObject* parent);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -24,15 +24,20 @@ class ByteGridModel : public QAbstractTableModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Changes a cell's byte. Nothing is drawn until `takeChanged` has been asked.
+    /// Gives every cell the same byte.
+    void fill(std::uint8_t byte);
+    /// Changes the byte of a cell of the filled grid. Nothing is drawn until `takeChanged` has been asked.
     /// @throws RuntimeError subscript when `address` has no cell.
     void setCell(std::int32_t address, std::uint8_t byte);
     /// Whether a cell has changed since the last question.
     [[nodiscard]] bool takeChanged();
-    /// The text of a cell, two digits.
+    /// The byte of a cell of the filled grid. @throws RuntimeError subscript when `address` has no cell.
+    [[nodiscard]] std::uint8_t cell(std::int32_t address) const;
+    /// The text of a cell, two digits; empty until the cells are filled.
     [[nodiscard]] QString cellText(std::int32_t address) const;
 
   private:
+    int size_;
     std::vector<std::uint8_t> bytes_;
     int digits_;
     bool changed_ = false;

@@ -28,6 +28,8 @@ class BytePanel : public QGroupBox {
   public:
     BytePanel(const BytePanelNames& names, QWidget* parent);
 
+    /// Gives every cell the same byte. The cells are empty before.
+    void fill(std::uint8_t byte) { model_->fill(byte); }
     /// @throws RuntimeError subscript when `address` has no cell.
     void setCell(std::int32_t address, std::uint8_t byte) { model_->setCell(address, byte); }
     /// Makes a cell the current one; neither the boxes nor the first visible row change.

@@ -72,12 +72,18 @@ Principal::Principal(QWidget* parent)
 
 Principal::~Principal() = default;
 
-/// The mnemonic table and the grids' headers are constant data, and the grids start full of "00".
+/// The mnemonic table and the grids' headers are constant data.
 void Principal::Form_Load() {
     setWindowTitle(applicationTitle());
+    llenagrd();
     memory_->showSelectedCell();
     ports_->showSelectedCell();
     Reset_Click();
+}
+
+void Principal::llenagrd() {
+    memory_->fill(0);
+    ports_->fill(0);
 }
 
 void Principal::layOut() {

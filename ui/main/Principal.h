@@ -74,6 +74,8 @@ class Principal : public QMainWindow, private Host {
     void halt() override;
 
     void Form_Load();
+    /// Fills every cell of both grids with "00", whatever the machine holds. The cells are empty before.
+    void llenagrd();
     void layOut();
     void makeMenus();
     void connectCommands();
