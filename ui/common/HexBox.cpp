@@ -106,6 +106,12 @@ void HexBox::enterWritten() {
     setText(written);  // what leaving the other box has caused may have refreshed this one
 }
 
+void HexBox::startTyping(const QString& text) {
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+    insert(text);
+}
+
 bool HexBox::leave() {
     if (refusing_) return false;
     selectAll();

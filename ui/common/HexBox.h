@@ -42,6 +42,8 @@ class HexBox : public QLineEdit {
     /// Whether the text differs from what was shown last: somebody is typing.
     [[nodiscard]] bool edited() const { return edited_; }
 
+    /// Enters the box with `text` typed in place of what it holds.
+    void startTyping(const QString& text);
     /// Leaves the box as moving the focus would: checks the text and announces it. False when it was refused.
     bool leave();
     /// Whether the user is in the box: it has the focus, or has lent it to a menu or another window.

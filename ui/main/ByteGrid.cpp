@@ -145,6 +145,12 @@ void ByteGrid::mousePressEvent(QMouseEvent* event) {
     }
 }
 
+/// Qt calls this with what is typed, and would go to the next cell that begins with it.
+void ByteGrid::keyboardSearch(const QString& typed) {
+    static const QString digits = QStringLiteral("0123456789ABCDEFabcdef");
+    if (typed.size() == 1 && digits.contains(typed)) emit digitTyped(typed);
+}
+
 QVariant ByteGrid::inputMethodQuery(Qt::InputMethodQuery query) const {
     if (query == Qt::ImCursorRectangle) return visualRect(currentIndex()).translated(viewport()->pos());
     return QTableView::inputMethodQuery(query);

@@ -62,6 +62,12 @@ class ByteGrid : public QTableView {
   signals:
     /// The user selected a cell, by mouse, keyboard or an assistive tool; `before` was selected until then.
     void cellSelected(std::int32_t address, std::int32_t before);
+    /// The user typed a hexadecimal digit on the current cell.
+    void digitTyped(const QString& digit);
+
+  public:
+    /// What is typed reaches the view here, from keys and input methods alike.
+    void keyboardSearch(const QString& typed) override;
 
   protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

@@ -27,6 +27,7 @@ BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
     layout->addWidget(grid_);
 
     connect(grid_, &ByteGrid::cellSelected, this, &BytePanel::selectCell);
+    connect(grid_, &ByteGrid::digitTyped, this, &BytePanel::typeDigit);
     connect(address_, &HexBox::left, this, &BytePanel::addressLeft);
     connect(data_, &HexBox::left, this, [this] { emit byteEntered(address_->value(), data_->value()); });
 }
@@ -44,6 +45,12 @@ void BytePanel::selectCell(std::int32_t /*address*/, std::int32_t before) {
     } else {
         grid_->showCurrent(before);
     }
+}
+
+/// The boxes may speak of another cell, or the data box keep another byte: first they show this one.
+void BytePanel::typeDigit(const QString& digit) {
+    showSelectedCell();
+    data_->startTyping(digit);
 }
 
 /// The data box keeps its text until a cell is selected.

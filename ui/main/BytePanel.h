@@ -46,6 +46,7 @@ class BytePanel : public QGroupBox {
   private:
     void selectCell(std::int32_t address, std::int32_t before);
     void addressLeft();
+    void typeDigit(const QString& digit);
 
     ByteGridModel* model_;
     // Two panels share the class: the controls' own names are their objectNames.
