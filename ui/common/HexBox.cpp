@@ -63,6 +63,18 @@ int HexBox::value() const {
     return dec(text().toStdString());
 }
 
+std::optional<QString> HexBox::normalText() const {
+    const bool blank = text().count(' ') == text().size();
+    if (blank && blank_ == Blank::kept) return text();
+    return rutvalidate(text(), digits_);
+}
+
+std::optional<int> HexBox::normalValue() const {
+    const std::optional<QString> normal = normalText();
+    if (!normal || normal->trimmed().isEmpty()) return std::nullopt;
+    return dec(normal->toStdString());
+}
+
 void HexBox::showText(const QString& text) {
     shown_ = text;
     if (this->text() == text) {
@@ -115,9 +127,7 @@ void HexBox::startTyping(const QString& text) {
 bool HexBox::leave() {
     if (refusing_) return false;
     selectAll();
-    const bool blank = text().count(' ') == text().size();
-    std::optional<QString> normal = rutvalidate(text(), digits_);
-    if (blank && blank_ == Blank::kept) normal = text();
+    const std::optional<QString> normal = normalText();
     if (!normal) {
         refuse();
         return false;

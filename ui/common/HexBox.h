@@ -34,6 +34,11 @@ class HexBox : public QLineEdit {
     /// The value of the text, 0..65535 once the box has been left.
     [[nodiscard]] int value() const;
 
+    /// The text in its normal form, as leaving the box would announce it; nothing when it would be refused.
+    [[nodiscard]] std::optional<QString> normalText() const;
+    /// The value of that; nothing, too, when it is blank.
+    [[nodiscard]] std::optional<int> normalValue() const;
+
     /// Shows `text` without any signal: what was typed is gone.
     void showText(const QString& text);
     /// Shows a value in the box's number of digits.

@@ -13,7 +13,7 @@ BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
     : QGroupBox(names.title, parent),
       model_(new ByteGridModel(names.cells, names.addressDigits, this)),
       address_(new HexBox(names.address, names.addressAccessible, names.addressDigits, this)),
-      data_(new HexBox(names.data, names.dataAccessible, 2, this)),
+      data_(new CellBox(names.data, names.dataAccessible, this)),
       grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)) {
     auto* boxes = new QHBoxLayout;
     boxes->addWidget(caption(QStringLiteral("Dirección:"), address_, this));
@@ -28,8 +28,19 @@ BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
 
     connect(grid_, &ByteGrid::cellSelected, this, &BytePanel::selectCell);
     connect(grid_, &ByteGrid::digitTyped, this, &BytePanel::typeDigit);
+    connect(address_, &QLineEdit::textChanged, this, &BytePanel::compareData);
     connect(address_, &HexBox::left, this, &BytePanel::addressLeft);
     connect(data_, &HexBox::left, this, [this] { emit byteEntered(address_->value(), data_->value()); });
+}
+
+void BytePanel::bringUpToDate() {
+    grid_->refresh();
+    compareData();
+}
+
+void BytePanel::compareData() {
+    const std::optional<int> address = address_->normalValue();
+    data_->showCell(address ? std::optional(model_->cell(*address)) : std::nullopt);
 }
 
 void BytePanel::showSelectedCell() {

@@ -6,6 +6,7 @@
 
 #include "ui/common/HexBox.h"
 #include "ui/main/ByteGrid.h"
+#include "ui/main/CellBox.h"
 
 namespace tavinor {
 
@@ -35,7 +36,7 @@ class BytePanel : public QGroupBox {
     /// Makes a cell the current one; neither the boxes nor the first visible row change.
     void showCurrent(std::int32_t address) { grid_->showCurrent(address); }
     /// Draws what changed.
-    void bringUpToDate() { grid_->refresh(); }
+    void bringUpToDate();
     /// Copies address and text of the current cell into the boxes.
     void showSelectedCell();
 
@@ -47,11 +48,12 @@ class BytePanel : public QGroupBox {
     void selectCell(std::int32_t address, std::int32_t before);
     void addressLeft();
     void typeDigit(const QString& digit);
+    void compareData();
 
     ByteGridModel* model_;
     // Two panels share the class: the controls' own names are their objectNames.
     HexBox* address_;
-    HexBox* data_;
+    CellBox* data_;
     ByteGrid* grid_;
 };
 

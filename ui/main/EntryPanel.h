@@ -4,7 +4,9 @@
 #include <QString>
 #include <cstdint>
 
+#include "machine/MachineState.h"
 #include "ui/common/HexBox.h"
+#include "ui/main/CellBox.h"
 
 class QLabel;
 
@@ -16,10 +18,12 @@ class EntryPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    explicit EntryPanel(QWidget* parent);
+    EntryPanel(const MachineState& machine, QWidget* parent);
 
     /// Copies a row of the listing into the boxes; those of bytes that the instruction lacks become empty.
     void showRow(const QString& row);
+    /// Compares the byte boxes with the memory that they would write.
+    void bringUpToDate();
 
   signals:
     void addressEntered(std::int32_t address);
@@ -29,7 +33,9 @@ class EntryPanel : public QGroupBox {
     void operandEntered(std::int32_t address, int operand);
 
   private:
-    HexBox *txtDIR, *INSCO, *INSOP1, *INSOP2;
+    const MachineState& machine_;
+    HexBox* txtDIR;
+    CellBox *INSCO, *INSOP1, *INSOP2;
     QLabel* INS;
 };
 

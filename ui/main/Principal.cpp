@@ -52,7 +52,7 @@ Principal::Principal(QWidget* parent)
     : QMainWindow(parent),
       commands_(new CommandBar(this)),
       listing_(new ListingPanel(machine_, breakpoints_, this)),
-      entry_(new EntryPanel(this)),
+      entry_(new EntryPanel(machine_, this)),
       registers_(new RegisterPanel(machine_, this)),
       stack_(new StackPanel(machine_, this)),
       interrupts_(new InterruptPanel(machine_, this)),
@@ -305,6 +305,7 @@ void Principal::bringUpToDate() {
     viewsBehind_ = false;
     registers_->bringUpToDate();
     listing_->bringUpToDate();
+    entry_->bringUpToDate();
     interrupts_->bringUpToDate();
     stack_->regenpila();
     memory_->bringUpToDate();
@@ -429,6 +430,7 @@ void Principal::enterCode(std::int32_t address, int code) {
     savmem(address, code);
     memory_->bringUpToDate();
     listing_->rebuildInPlace();
+    entry_->bringUpToDate();
 }
 
 void Principal::enterOperand(std::int32_t address, int operand) {
