@@ -5,6 +5,7 @@
 #include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QRadioButton>
 #include <QTest>
 #include <QWheelEvent>
@@ -90,6 +91,15 @@ void repeatKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers, in
         QTest::simulateEvent(handleOf(widget), false, key, modifiers, {}, true);
         QTest::simulateEvent(handleOf(widget), true, key, modifiers, {}, true);
     }
+}
+
+void repeatKeyUnrecognised(QWidget* focused, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    static ulong moment = 1'000'000;
+    ++moment;
+    QKeyEvent release(QEvent::KeyRelease, key, modifiers);
+    release.setTimestamp(moment);
+    qApp->notify(focused, &release);
+    qt_sendShortcutOverrideEvent(focused, moment, key, modifiers);
 }
 
 void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation) {

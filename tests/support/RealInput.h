@@ -32,6 +32,8 @@ void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt
 void typeText(QWidget* widget, const QString& text);
 /// The repeats of a key that was pressed and is held.
 void repeatKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers, int times);
+/// A repeat that Qt has not recognised as one: a release and a press of the same moment.
+void repeatKeyUnrecognised(QWidget* focused, Qt::Key key, Qt::KeyboardModifiers modifiers);
 
 /// Turns the wheel over the middle of a widget; positive steps are away from the user, or to the left.
 void turnWheel(QWidget* widget, int steps, Qt::Orientation orientation = Qt::Vertical);

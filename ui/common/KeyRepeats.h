@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+class QKeyEvent;
+
 namespace tavinor {
 
 /// Keeps the repeats of a held key with the command that the key was pressed for. What an access key means
@@ -17,7 +19,11 @@ class KeyRepeats : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    [[nodiscard]] bool isRepeat(const QKeyEvent& press) const;
+
     bool repeating_ = false;
+    int releasedKey_ = 0;
+    quint64 releaseTime_ = 0;
     const QObject* pressedFor_ = nullptr;  // only ever compared: it may be gone
 };
 
