@@ -28,7 +28,7 @@ class OddFiles {
         makeSocket(paths_["socket"]);
         fs::create_symlink(folder_.path() / "none/none", paths_["dangling link"]);
         fs::create_symlink(paths_["link in a circle"], paths_["link in a circle"]);
-        folder_.write("locked", "HLT\n");
+        folder_.write("locked.odd", "HLT\n");
         fs::permissions(paths_["no permission"], fs::perms::none);
         fs::permissions(folder_.path(), fs::perms::all);  // it is not the folder that keeps anybody out
     }
@@ -58,15 +58,15 @@ class OddFiles {
 
     TemporaryFolder folder_;
     std::map<std::string, std::filesystem::path> paths_{
-        {"folder", folder_.path() / "folder"},
-        {"pipe", folder_.path() / "pipe"},
-        {"socket", folder_.path() / "socket"},
+        {"folder", folder_.path() / "folder.odd"},
+        {"pipe", folder_.path() / "pipe.odd"},
+        {"socket", folder_.path() / "socket.odd"},
         {"endless device", "/dev/zero"},
         {"full device", "/dev/full"},
-        {"dangling link", folder_.path() / "dangling"},
-        {"link in a circle", folder_.path() / "circle"},
-        {"no permission", folder_.path() / "locked"},
-        {"vanished folder", folder_.path() / "none/file"},
+        {"dangling link", folder_.path() / "dangling.odd"},
+        {"link in a circle", folder_.path() / "circle.odd"},
+        {"no permission", folder_.path() / "locked.odd"},
+        {"vanished folder", folder_.path() / "none/file.odd"},
     };
 };
 

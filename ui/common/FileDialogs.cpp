@@ -2,19 +2,18 @@
 
 #include <QChildEvent>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QFileSystemModel>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
 
 #include "ui/common/FileDetails.h"
+#include "ui/common/FileDialog.h"
 #include "ui/common/FileKinds.h"
+#include "ui/common/Places.h"
 #include "ui/common/ScreenRoom.h"
 
 namespace tavinor {
@@ -42,16 +41,13 @@ QList<NameFilter> nameFilters(const QString& filter) {
 
 /// Shows the filters' texts to the letter and filters by their patterns, which the toolkit would otherwise
 /// take from the parentheses of the text: there "*.*" would leave out the files without a dot.
-void installFilters(QFileDialog& dialog, const QList<NameFilter>& filters) {
+void installFilters(FileDialog& dialog, const QList<NameFilter>& filters) {
     QStringList texts;
     for (const NameFilter& filter : filters) texts.append(filter.text);
     dialog.setNameFilters(texts);
-    auto* model = dialog.findChild<QFileSystemModel*>();
-    const auto apply = [model, filters](const QString& text) {
+    const auto apply = [&dialog, filters](const QString& text) {
         for (const NameFilter& filter : filters) {
-            if (filter.text == text && model != nullptr) {
-                model->setNameFilters({filter.pattern == "*.*" ? QStringLiteral("*") : filter.pattern});
-            }
+            if (filter.text == text) dialog.showFitting(filter.pattern);
         }
     };
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, apply);
@@ -90,34 +86,20 @@ void makeRoomForTexts(QFileDialog& dialog) {
     }
 }
 
-/// A bare name that is no file stands for the file with the suffix, where there is one.
-QString withDefaultSuffix(const QString& path, const QString& suffix) {
-    if (suffix.isEmpty() || QFileInfo(path).fileName().contains('.') || QFileInfo::exists(path)) return path;
-    const QString longer = path + '.' + suffix;
-    return QFileInfo::exists(longer) ? longer : path;
-}
-
 std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
     keepSettingsOutOfTheHome();
     FileKinds kinds;
-    QFileDialog dialog(parent, texts.title);
+    FileDialog dialog(parent, texts.title, texts.defaultSuffix);
     dialog.setIconProvider(&kinds);
-    dialog.setObjectName(QStringLiteral("fileDialog"));
-    dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(mode);
-    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setSidebarUrls(places(QCoreApplication::applicationDirPath()));
     dialog.setProxyModel(new FileDetails(&dialog));
     installFilters(dialog, nameFilters(texts.filter));
     makeRoomForTexts(dialog);
     dialog.installEventFilter(new PlainQuestions(&dialog));
-    if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
-        name->setText(texts.initialName);
-        name->selectAll();
-    }
+    dialog.presetName(texts.initialName);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    const QStringList chosen = dialog.selectedFiles();
-    if (chosen.isEmpty() || chosen.first().isEmpty()) return std::nullopt;  // "//" makes an empty one
-    return QDir::toNativeSeparators(withDefaultSuffix(chosen.first(), texts.defaultSuffix));
+    return QDir::toNativeSeparators(dialog.chosen());
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 
 class QWidget;
 
-/// The only place that makes file dialogs: the toolkit's own, the same on every desktop. Any name may be
-/// typed, existing or not, and the dialog asks nothing by itself: what an existing or a missing file means is
-/// the caller's question.
+/// The only place that makes file dialogs: Qt's own, the same on every desktop. Any name may be typed,
+/// existing or not, but for patterns, which show what fits. The dialog asks nothing by itself: what an
+/// existing or a missing file means is the caller's question.
 namespace tavinor {
 
 struct FileDialogTexts {
@@ -16,7 +16,7 @@ struct FileDialogTexts {
     /// (*.*)|*.*". The pattern "*.*" means every file, also one without a dot; case does not matter.
     QString filter;
     QString initialName;  ///< Preset in the name field; may be a pattern.
-    /// "hex" finds prog.hex when "prog" was typed and there is no file of that bare name.
+    /// "hex": where "prog" was typed and there is no file of that bare name, prog.hex is meant.
     QString defaultSuffix = {};
 };
 

@@ -27,7 +27,8 @@ namespace {
 FileDialogTexts dialogTexts(const QString& title) {
     return {.title = title,
             .filter = QStringLiteral("Fichero ensamblador (*.asm)|*.asm|Todos los ficheros (*.*)|*.*"),
-            .initialName = QStringLiteral("*.asm")};
+            .initialName = QStringLiteral("*.asm"),
+            .defaultSuffix = QStringLiteral("asm")};
 }
 
 /// What follows the last separator of the platform.
@@ -179,7 +180,7 @@ void Editor::guardarcomo_Click() {
     if (!path) return;
     const QString question =
         QStringLiteral("El fichero ") + *path + QStringLiteral(" ya existe\r\n¿Desea sobreescribirlo?");
-    if (QFileInfo::exists(*path) && !askYesNo(this, question)) return;
+    if (QFileInfo::exists(*path) && !askYesNo(this, question, DefaultAnswer::no)) return;
     if (!write(*path)) return;
     const QScopedValueRollback<bool> rename(suppressLoad_, true);
     setFilename(*path);

@@ -337,7 +337,8 @@ void Principal::Ensamblar_Click() {
     const std::optional<QString> source = askFileToOpen(
         this, {.title = QStringLiteral("Ensamblar fichero .ASM"),
                .filter = QStringLiteral("Fichero ensamblador (*.asm)|*.asm|Todos los ficheros (*.*)|*.*"),
-               .initialName = QStringLiteral("*.asm")});
+               .initialName = QStringLiteral("*.asm"),
+               .defaultSuffix = QStringLiteral("asm")});
     if (!source) return;
     if (!QFileInfo::exists(*source)) {
         showMessage(this, QStringLiteral("El fichero: ") + *source + QStringLiteral(" no existe"));

@@ -175,7 +175,9 @@ void Cabecera::offer(const Update& update) {
         Timer1->start();
         return;
     }
-    download(updates_.updaterPath, update.address);
+    if (!download(updates_.updaterPath, update.address)) {
+        showMessage(this, QStringLiteral("No se ha podido abrir la descarga:\r\n") + update.address);
+    }
     emit ended();
 }
 

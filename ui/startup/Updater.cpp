@@ -7,11 +7,11 @@
 
 namespace tavinor {
 
-void download(const QString& updaterPath, const QString& address) {
+bool download(const QString& updaterPath, const QString& address) {
     const QFileInfo updater(updaterPath);
     const bool there = updater.isFile() && updater.isExecutable();
-    if (there && QProcess::startDetached(updaterPath, {address}, updater.absolutePath())) return;
-    QDesktopServices::openUrl(QUrl(address, QUrl::StrictMode));
+    if (there && QProcess::startDetached(updaterPath, {address}, updater.absolutePath())) return true;
+    return QDesktopServices::openUrl(QUrl(address, QUrl::StrictMode));
 }
 
 }  // namespace tavinor

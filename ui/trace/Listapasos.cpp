@@ -66,10 +66,11 @@ void Listapasos::salvar_Click() {
     const std::optional<QString> path = askFileToSave(
         this, {.title = QStringLiteral("Salvar fichero .TXT"),
                .filter = QStringLiteral("Fichero de texto (*.txt)|*.txt|Todos los ficheros (*.*)|*.*"),
-               .initialName = QStringLiteral("*.txt")});
+               .initialName = QStringLiteral("*.txt"),
+               .defaultSuffix = QStringLiteral("txt")});
     if (!path) return;
     const QString question = QStringLiteral("El fichero %1 ya existe\n¿Desea sobreescribirlo?").arg(*path);
-    if (QFileInfo::exists(*path) && !askYesNo(this, question)) return;
+    if (QFileInfo::exists(*path) && !askYesNo(this, question, DefaultAnswer::no)) return;
     save(*path);
 }
 
@@ -95,7 +96,8 @@ void Listapasos::cerrar_Click() {
 
 bool Listapasos::Form_QueryUnload() {
     return recorder_.store().empty() ||
-           askYesNo(this, QStringLiteral("Todo el listado se perderá.\n¿Desea cerrar de todas formas?"));
+           askYesNo(this, QStringLiteral("Todo el listado se perderá.\n¿Desea cerrar de todas formas?"),
+                    DefaultAnswer::no);
 }
 
 void Listapasos::closeEvent(QCloseEvent* event) {

@@ -195,6 +195,12 @@ class OutcomeTest : public QObject {
         });
     }
 
+    void aBareNameFindsTheSource() {
+        user_->write("prog.asm", goodSource);
+        QCOMPARE(user_->assemble("prog").outcome, "Ensamblado correcto");
+        QCOMPARE(user_->read("prog.HEX"), fileOf(goodRecords));
+    }
+
     void saysAllThatFails() {
         user_->write("prog.asm", " NOPE\r\n");
         QVERIFY(QDir().mkdir(user_->path("prog.LST")));

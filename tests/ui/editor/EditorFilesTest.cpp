@@ -273,8 +273,8 @@ class EditorFilesTest : public QObject {
             dialogs.expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), f.path("<b>"));
             pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
         }
-        QCOMPARE(f.editor.windowTitle(), QString("Tavinor - <b>"));
-        QCOMPARE(f.get("<b>"), QByteArray("HLT\r\n"));
+        QCOMPARE(f.editor.windowTitle(), QString("Tavinor - <b>.asm"));
+        QCOMPARE(f.get("<b>.asm"), QByteArray("HLT\r\n"));
         QCOMPARE(f.text(), QString("HLT"));  // renamed, not read again
         QVERIFY(f.editor.close());
     }
@@ -292,6 +292,13 @@ class EditorFilesTest : public QObject {
         }
         QCOMPARE(f.get("other.asm"), QByteArray("old"));
         QCOMPARE(f.filename(), QString());
+        {
+            DialogAnswerer dialogs;
+            dialogs.expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), other);
+            dialogs.expectWindow("messageBox", [](QWidget* box) { pressKey(box, Qt::Key_Return); });
+            pressKey(&f.editor, Qt::Key_M, Qt::ControlModifier);
+        }
+        QCOMPARE(f.get("other.asm"), QByteArray("old"));
         DialogAnswerer dialogs;
         dialogs.expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), other);
         dialogs.expectQuestion(question, yesNo, QMessageBox::Yes);
@@ -457,7 +464,8 @@ class EditorFilesTest : public QObject {
 
     void aNameWithTheToolkitsMarkShowsWhole() {
         EditorFixture f;
-        QVERIFY(f.open(f.put("a[*].asm", "A")));
+        f.editor.openDropped(f.put("a[*].asm", "A"), &f.principal);  // no name to be typed in a dialog
+        QVERIFY(showActive(&f.editor));
         typeText(&f.editor, "x");
         DialogAnswerer dialogs;
         dialogs.expectQuestion(" a[*].asm ha cambiado\r\n¿Desea guardarlo?", saveButtons, QMessageBox::No);

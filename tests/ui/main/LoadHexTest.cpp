@@ -75,6 +75,14 @@ class LoadHexTest : public QObject {
         QCOMPARE(memory(0x100), 0x5A);
     }
 
+    void aBareNameFindsTheAssemblersFileToo() {
+        const QString path = s_->writeFile("solo.HEX", hexRecords(0x100, QByteArray(1, '\x5B')) + endRecord);
+        expectDialog(path.chopped(4));
+        s_->dialogs.expectMessage("Carga correcta");
+        s_->press("CargarHEX");
+        QCOMPARE(memory(0x100), 0x5B);
+    }
+
     void aFileOfTheBareNameComesFirst() {
         s_->writeFile("prog.hex", hexRecords(0x100, QByteArray(1, '\x5A')) + endRecord);
         expectDialog(s_->writeFile("prog", hexRecords(0x100, QByteArray(1, '\x11')) + endRecord));

@@ -230,6 +230,27 @@ class CabeceraTest : public QObject {
         QCOMPARE(opened_, QList<QUrl>{QUrl(address)});
     }
 
+    /// Without a screen there is no browser that could be opened.
+    void yesTellsTheAddressThatCannotBeOpened() {
+        QDesktopServices::unsetUrlHandler("http");
+        Fixture f;
+        f.server.serve(HttpServer::answer(update));
+        DialogAnswerer dialogs;
+        dialogs.expectQuestion(question, yesNo, QMessageBox::Yes);
+        bool endedBefore = true;
+        dialogs.expectWindow("messageBox", [&](QWidget* window) {
+            endedBefore = f.ended.count() != 0;
+            const auto& box = dynamic_cast<QMessageBox&>(*window);
+            QCOMPARE(box.text(), "No se ha podido abrir la descarga:\n" + address);
+            QCOMPARE(box.standardButtons(), QMessageBox::Ok);
+            pressKey(window, Qt::Key_Return);
+        });
+        f.cabecera.showSplash();
+        QTRY_COMPARE(f.ended.count(), 1);
+        QVERIFY(dialogs.allCame());
+        QVERIFY(!endedBefore);
+    }
+
     void aSlowServerDelaysNothing() {
         Fixture f;
         f.server.serve("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n", HttpServer::Afterwards::keepOpen);

@@ -147,6 +147,23 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
             clickMenu("salvar");
         }
         QCOMPARE(contents(path), expectedFile(2));
+        record(1);
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(saveDialog, path);
+        dialogs.expectWindow("messageBox", [](QWidget* box) { pressKey(box, Qt::Key_Return); });
+        clickMenu("salvar");
+        QCOMPARE(contents(path), expectedFile(2));
+    }
+
+    void enterDoesNotLoseTheList() {
+        QVERIFY(showActive(window_.get()));
+        record(1);
+        {
+            DialogAnswerer dialogs;
+            dialogs.expectWindow("messageBox", [](QWidget* box) { pressKey(box, Qt::Key_Return); });
+            QVERIFY(!window_->close());
+        }
+        QCOMPARE(lista_->rowCount(), std::uint64_t{2});
     }
 
     void reportsADiskThatFillsUpMeanwhile_data() {

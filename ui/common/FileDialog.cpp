@@ -1,0 +1,75 @@
+#include "ui/common/FileDialog.h"
+
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+
+#include "ui/common/MessageBoxes.h"
+#include "ui/common/TypedName.h"
+
+namespace tavinor {
+
+FileDialog::FileDialog(QWidget* parent, const QString& title, QString suffix)
+    : QFileDialog(parent, title), suffix_(std::move(suffix)) {
+    setObjectName(QStringLiteral("fileDialog"));
+    setOptions(DontUseNativeDialog | DontConfirmOverwrite);
+    setFileMode(AnyFile);
+    readName();
+}
+
+/// Qt follows the name field too, to mark files in the list and to say whether its button can be pressed. Its
+/// idea of the name is another one, so it is made to stop.
+void FileDialog::readName() {
+    name_ = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    disconnect(name_, &QLineEdit::textChanged, this, nullptr);
+    connect(name_, &QLineEdit::textChanged, this, [this](const QString& text) {
+        const auto which = acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open;
+        if (QPushButton* button = findChild<QDialogButtonBox*>()->button(which)) {
+            button->setEnabled(!text.isEmpty());
+        }
+    });
+}
+
+void FileDialog::presetName(const QString& name) {
+    name_->setText(name);
+    name_->selectAll();
+}
+
+void FileDialog::showFitting(const QString& pattern) {
+    if (auto* files = findChild<QFileSystemModel*>()) {
+        files->setNameFilters({pattern == QStringLiteral("*.*") ? QStringLiteral("*") : pattern});
+    }
+}
+
+void FileDialog::accept() {
+    const TypedName typed = understand(name_->text(), directory(), suffix_);
+    switch (typed.kind) {
+        case TypedName::Kind::nothing: break;
+        case TypedName::Kind::folder:
+            setDirectory(typed.path);
+            name_->clear();
+            break;
+        case TypedName::Kind::pattern:
+            if (QFileInfo(typed.path).isDir()) setDirectory(typed.path);
+            showFitting(typed.pattern);
+            presetName(typed.pattern);
+            break;
+        case TypedName::Kind::refused:
+            showMessage(this, QStringLiteral("Un nombre de fichero no puede tener comillas"));
+            break;
+        case TypedName::Kind::file: choose(typed.path); break;
+    }
+}
+
+/// The next dialog begins in the folder of this file, also where it was given by its whole path.
+void FileDialog::choose(const QString& path) {
+    chosen_ = path;
+    const QFileInfo folder(QFileInfo(path).path());
+    if (folder.isDir()) setDirectory(folder.filePath());
+    QDialog::accept();
+}
+
+}  // namespace tavinor

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFileDialog>
+#include <QString>
+
+class QLineEdit;
+
+namespace tavinor {
+
+/// Qt's own file dialog, which reads the name field in our way: Qt takes quotes for a list of names, and a
+/// pattern for a name.
+class FileDialog : public QFileDialog {
+    Q_OBJECT
+
+  public:
+    /// `suffix`: see `understand`.
+    FileDialog(QWidget* parent, const QString& title, QString suffix);
+
+    /// The file that was accepted.
+    [[nodiscard]] QString chosen() const { return chosen_; }
+
+    /// Shows the files that fit `pattern`; "*.*" means all, also those without a dot.
+    void showFitting(const QString& pattern);
+    void presetName(const QString& name);
+
+    void accept() override;
+
+  private:
+    void readName();
+    void choose(const QString& path);
+
+    QString suffix_;
+    QString chosen_;
+    QLineEdit* name_ = nullptr;
+};
+
+}  // namespace tavinor

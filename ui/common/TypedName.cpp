@@ -1,0 +1,51 @@
+#include "ui/common/TypedName.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <optional>
+
+namespace tavinor {
+
+namespace {
+
+/// Windows has no such names.
+bool canBeAName(const QString& name) {
+#ifdef Q_OS_WIN
+    return !name.contains('"');
+#else
+    Q_UNUSED(name)
+    return true;
+#endif
+}
+
+bool namesHome(const QString& typed) {
+    return typed == QStringLiteral("~") || typed.startsWith(QStringLiteral("~/"));
+}
+
+/// The newer one of the two ways to write the suffix; in small letters where neither is there.
+QString completed(const QString& path, const QString& suffix) {
+    const QFileInfo small(path + '.' + suffix.toLower());
+    const QFileInfo large(path + '.' + suffix.toUpper());
+    if (!large.exists()) return small.filePath();
+    const bool largeIsNewer = !small.exists() || small.lastModified() < large.lastModified();
+    return largeIsNewer ? large.filePath() : small.filePath();
+}
+
+}  // namespace
+
+TypedName understand(const QString& typed, const QDir& folder, const QString& suffix) {
+    if (typed.isEmpty()) return {};
+    const QString text = QDir::fromNativeSeparators(typed);
+    const QString path = namesHome(text) ? QDir::homePath() + text.mid(1) : folder.absoluteFilePath(text);
+    const QString name = path.section('/', -1);
+    if (name.contains('*') || name.contains('?')) {
+        return {TypedName::Kind::pattern, path.chopped(name.size()), name};
+    }
+    if (QFileInfo(path).isDir()) return {TypedName::Kind::folder, QDir::cleanPath(path)};
+    if (name.isEmpty()) return {};  // a folder that is not there
+    if (!canBeAName(name)) return {TypedName::Kind::refused};
+    const bool complete = suffix.isEmpty() || name.contains('.') || QFileInfo::exists(path);
+    return {TypedName::Kind::file, complete ? path : completed(path, suffix)};
+}
+
+}  // namespace tavinor
