@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "assembler/ErrorReport.h"
 #include "assembler/HexWriter.h"
 #include "assembler/ListingWriter.h"
 #include "tests/assembler/Support.h"
@@ -156,6 +157,8 @@ TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
     EXPECT_EQ(readBytes(listing), "uno\r\naño\r\n\r\n");
     EXPECT_TRUE(creafilelst("año\r\n", TextEncoding::windows1252, listing, observer_));
     EXPECT_EQ(readBytes(listing), "a\xF1o\r\n\r\n");
+    EXPECT_TRUE(creafilelst("ñ", TextEncoding::utf16BigEndian, listing, observer_));
+    EXPECT_EQ(readBytes(listing), std::string("\xFE\xFF\0\xF1\0\r\0\n", 8));
     EXPECT_TRUE(observer_.messages.empty());
 }
 
@@ -337,9 +340,27 @@ TEST(ManyErrors, OfOneLabelOverAndOver) {
 TEST(ManyErrors, OfOneStatementInTheLastPass) {
     const AssemblyResult result = assembled("A: NOP\n DFB " + std::string(20000, ',') + "\n");
     EXPECT_FALSE(result.assembled);
-    EXPECT_EQ(count(result.report, "Operando incorrecto"), 10000U);
+    EXPECT_TRUE(result.report.ends_with("==> ERROR: Demasiados errores\r\n"));
     EXPECT_EQ(count(result.listing, "==> ERROR: Demasiados errores\r\n---"), 1U);
     EXPECT_TRUE(result.listing.ends_with("TABLA DE SIMBOLOS\r\n" + std::string(40, '-') + "\r\nA\t0000\r\n"));
+}
+
+/// Each of 2,000 errors repeats the one line of a megabyte.
+TEST(ManyErrors, AreLimitedByTheirBytesToo) {
+    std::string line = " DFB A";
+    for (int i = 0; i < 1999; ++i) line += ", NADA" + std::string(500, ' ');
+    const AssemblyResult result = assembled(line);
+    const std::size_t reported = count(result.report, "Línea: 1 - ERROR: Operando incorrecto\r\n");
+    EXPECT_EQ(reported, ErrorReport::maximumBytes / (line.size() + 44));
+    EXPECT_TRUE(result.report.ends_with("incorrecto\r\n==> ERROR: Demasiados errores\r\n"));
+    EXPECT_LT(result.report.size(), ErrorReport::maximumBytes + 100);
+    EXPECT_EQ(count(result.listing, "==> ERROR: "), reported + 1);
+}
+
+TEST(ManyErrors, OneMayBeTooMany) {
+    const AssemblyResult result = assembled(std::string(ErrorReport::maximumBytes, 'X'));
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(result.report, "==> ERROR: Demasiados errores\r\n");
 }
 
 TEST(Large, LineOfAMillionCharacters) {
