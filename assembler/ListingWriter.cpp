@@ -1,6 +1,7 @@
 #include "assembler/ListingWriter.h"
 
 #include <string>
+#include <utility>
 
 #include "assembler/Messages.h"
 #include "files/ReplacedFile.h"
@@ -13,6 +14,11 @@ namespace {
 constexpr std::string_view sourceIndent = "                ";
 constexpr std::size_t digitColumns = 6;
 constexpr std::string_view symbolRule = "----------------------------------------";
+
+/// UTF-8 needs no byte-order mark; the one of a source is not repeated.
+TextEncoding listingEncoding(TextEncoding source) {
+    return source == TextEncoding::markedUtf8 ? TextEncoding::utf8 : source;
+}
 
 }  // namespace
 
@@ -41,8 +47,9 @@ void listSymbols(PaneText& listing, const std::vector<SymbolEntry>& symbols) {
 
 bool creafilelst(std::string_view listing, TextEncoding encoding, const std::filesystem::path& path,
                  AssemblyObserver& observer) {
-    std::string contents = encode(listing, encoding);
+    std::string contents(listing);
     contents += lineEnd;
+    contents = encode(std::move(contents), listingEncoding(encoding));
     ReplacedFile file(path);
     const bool written = file.write(contents) && file.commit();
     if (!written) observer.message(message::cannotCreate);

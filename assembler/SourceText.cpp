@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "assembler/TextEncoding.h"
+#include "assembler/Lines.h"
 #include "assembler/UpperCase.h"
 
 namespace tavinor {
@@ -11,6 +11,7 @@ namespace tavinor {
 namespace {
 
 constexpr char commentMark = ';';
+constexpr std::string_view noBreakSpace = "\u00A0";
 constexpr std::string_view blankOrTab = " \t";
 
 /// What comes before the comment, without blanks and TABs around it. A ";" inside quotes begins a comment
@@ -20,6 +21,19 @@ std::string_view statementPart(std::string_view line) {
     const std::size_t first = line.find_first_not_of(blankOrTab);
     if (first == std::string_view::npos) return {};
     return line.substr(first, line.find_last_not_of(blankOrTab) - first + 1);
+}
+
+/// The line with plain blanks in place of those that look like them, in `space` where there are any.
+std::string_view withPlainBlanks(std::string_view line, std::string& space) {
+    std::size_t found = line.find(noBreakSpace);
+    if (found == std::string_view::npos) return line;
+    space.clear();
+    for (; found != std::string_view::npos; found = line.find(noBreakSpace)) {
+        space.append(line, 0, found);
+        space += ' ';
+        line.remove_prefix(found + noBreakSpace.size());
+    }
+    return space += line;
 }
 
 }  // namespace
@@ -48,7 +62,7 @@ void SourceText::readLines() {
 
 std::string_view SourceText::clean(std::string_view line) {
     const std::size_t start = cleaned_.size();
-    cleaned_ += statementPart(line);
+    cleaned_ += statementPart(withPlainBlanks(line, plain_));
     const auto begin = cleaned_.begin() + static_cast<std::ptrdiff_t>(start);
     std::replace(begin, cleaned_.end(), '\t', ' ');
     upperCase(cleaned_, start);

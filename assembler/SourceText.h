@@ -39,6 +39,7 @@ class SourceText {
     std::vector<std::string_view> rawLines_;
     std::string cleaned_;  // the statements one after the other; reserved once, so views stay valid
     std::vector<SourceStatement> statements_;
+    std::string plain_;  // of one line; here to keep its space
     std::deque<std::string> kept_;
 };
 

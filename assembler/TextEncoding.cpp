@@ -6,13 +6,16 @@
 #include <optional>
 #include <utility>
 
+#include "assembler/Utf16.h"
 #include "assembler/Utf8.h"
 
 namespace tavinor {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view littleEndianMark = "\xFF\xFE";
+constexpr std::string_view bigEndianMark = "\xFE\xFF";
 constexpr std::size_t firstSpecial = 0x80;
 
 /// Windows-1252 where it is not Latin-1: bytes 80 to 9F. The undefined ones stand for themselves.
@@ -64,6 +67,18 @@ std::string utf8ToWindows1252(std::string_view text) {
     return bytes;
 }
 
+/// Nothing when there is no mark, or what follows it is malformed.
+std::optional<DecodedText> decodeUtf16(std::string_view bytes) {
+    const bool little = bytes.starts_with(littleEndianMark);
+    if (!little && !bytes.starts_with(bigEndianMark)) return std::nullopt;
+    bytes.remove_prefix(littleEndianMark.size());
+    std::optional<std::string> text =
+        utf16ToUtf8(bytes, little ? ByteOrder::littleEndian : ByteOrder::bigEndian);
+    if (!text) return std::nullopt;
+    return DecodedText{std::move(*text),
+                       little ? TextEncoding::utf16LittleEndian : TextEncoding::utf16BigEndian};
+}
+
 }  // namespace
 
 bool isUtf8(std::string_view bytes) {
@@ -76,13 +91,15 @@ bool isUtf8(std::string_view bytes) {
 }
 
 DecodedText decode(std::string bytes) {
-    if (bytes.starts_with(byteOrderMark)) bytes.erase(0, byteOrderMark.size());
-    if (isUtf8(bytes)) return {std::move(bytes), TextEncoding::utf8};
-    return {windows1252ToUtf8(bytes), TextEncoding::windows1252};
+    if (std::optional<DecodedText> decoded = decodeUtf16(bytes)) return std::move(*decoded);
+    const bool marked = bytes.starts_with(utf8Mark);
+    if (marked) bytes.erase(0, utf8Mark.size());
+    if (!isUtf8(bytes)) return {windows1252ToUtf8(bytes), TextEncoding::windows1252};
+    return {std::move(bytes), marked ? TextEncoding::markedUtf8 : TextEncoding::utf8};
 }
 
 bool canEncode(std::string_view text, TextEncoding encoding) {
-    if (encoding == TextEncoding::utf8) return true;
+    if (encoding != TextEncoding::windows1252) return true;
     for (std::size_t i = skipAscii(text, 0); i < text.size(); i = skipAscii(text, i)) {
         const Utf8Character c = utf8At(text, i);
         if (c.length == 0 || !toWindows1252(c.character)) return false;
@@ -91,21 +108,17 @@ bool canEncode(std::string_view text, TextEncoding encoding) {
     return true;
 }
 
-std::string encode(std::string_view text, TextEncoding encoding) {
-    return encoding == TextEncoding::utf8 ? std::string(text) : utf8ToWindows1252(text);
-}
-
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\r' && text[i] != '\n') continue;
-        lines.push_back(text.substr(start, i - start));
-        if (text.substr(i, 2) == "\r\n") ++i;
-        start = i + 1;
+std::string encode(std::string text, TextEncoding encoding) {
+    switch (encoding) {
+        case TextEncoding::utf8: return text;
+        case TextEncoding::markedUtf8: return text.insert(0, utf8Mark);
+        case TextEncoding::utf16LittleEndian:
+            return utf8ToUtf16(text, ByteOrder::littleEndian).insert(0, littleEndianMark);
+        case TextEncoding::utf16BigEndian:
+            return utf8ToUtf16(text, ByteOrder::bigEndian).insert(0, bigEndianMark);
+        case TextEncoding::windows1252: break;
     }
-    if (start < text.size()) lines.push_back(text.substr(start));
-    return lines;
+    return utf8ToWindows1252(text);
 }
 
 }  // namespace tavinor

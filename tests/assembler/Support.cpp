@@ -4,7 +4,7 @@
 #include <iterator>
 #include <random>
 
-#include "assembler/TextEncoding.h"
+#include "assembler/Lines.h"
 #include "machine/HexText.h"
 
 namespace tavinor::test {

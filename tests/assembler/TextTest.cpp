@@ -5,8 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "assembler/Lines.h"
 #include "assembler/TextEncoding.h"
 #include "assembler/UpperCase.h"
+#include "assembler/Utf16.h"
+#include "assembler/Utf8.h"
 
 namespace tavinor {
 
@@ -59,6 +62,59 @@ TEST(Decoding, MalformedAtEveryPlaceIsSeen) {
     }
 }
 
+TEST(Utf8, KeepsItsMark) {
+    EXPECT_EQ(decode("\xEF\xBB\xBF"
+                     "NOP")
+                  .encoding,
+              TextEncoding::markedUtf8);
+    EXPECT_EQ(encode("a Ω", TextEncoding::markedUtf8),
+              "\xEF\xBB\xBF"
+              "a Ω");
+    EXPECT_TRUE(canEncode("a Ω", TextEncoding::markedUtf8));
+}
+
+/// "A", an accented letter, one of three bytes in UTF-8, and one that takes a pair.
+constexpr std::string_view letters = "Añ€😀";
+
+TEST(Utf16, GoesThereAndBack) {
+    using namespace std::string_literals;
+    const std::string little = "\xFF\xFE"s + "A\0"s + "\xF1\0"s + "\xAC\x20\x3D\xD8\x00\xDE"s;
+    const std::string big = "\xFE\xFF"s + "\0A"s + "\0\xF1"s + "\x20\xAC\xD8\x3D\xDE\x00"s;
+    EXPECT_EQ(decode(little).text, letters);
+    EXPECT_EQ(decode(little).encoding, TextEncoding::utf16LittleEndian);
+    EXPECT_EQ(encode(std::string(letters), TextEncoding::utf16LittleEndian), little);
+    EXPECT_EQ(decode(big).text, letters);
+    EXPECT_EQ(decode(big).encoding, TextEncoding::utf16BigEndian);
+    EXPECT_EQ(encode(std::string(letters), TextEncoding::utf16BigEndian), big);
+    EXPECT_TRUE(canEncode(letters, TextEncoding::utf16BigEndian));
+}
+
+TEST(Utf16, EveryCharacterOfTheBasicPlaneSurvives) {
+    std::string text;
+    for (char32_t c = 0; c < 0x10000; ++c) {
+        if (c < 0xD800 || c > 0xDFFF) appendUtf8(text, c);
+    }
+    for (const TextEncoding encoding : {TextEncoding::utf16LittleEndian, TextEncoding::utf16BigEndian}) {
+        const DecodedText decoded = decode(encode(text, encoding));
+        EXPECT_EQ(decoded.text, text);
+        EXPECT_EQ(decoded.encoding, encoding);
+    }
+}
+
+TEST(Utf16, MalformedIsWindows1252) {
+    using namespace std::string_literals;
+    for (const std::string& units : {"A"s, "A\0B"s, "\x3D\xD8"s, "\x3D\xD8"s + "A\0"s, "\x00\xDE"s}) {
+        const std::string bytes = "\xFF\xFE" + units;
+        const DecodedText decoded = decode(bytes);
+        EXPECT_EQ(decoded.encoding, TextEncoding::windows1252);
+        EXPECT_EQ(encode(decoded.text, TextEncoding::windows1252), bytes);
+    }
+    EXPECT_EQ(utf8ToUtf16("\xFF"
+                          "A",
+                          ByteOrder::bigEndian),
+              "\xFF\xFD"s + "\0A"s);
+}
+
 TEST(Windows1252, HasItsOwnCharacters) {
     EXPECT_EQ(decode("\x80\x9F\x93\xF1").text, "€Ÿ“ñ");
     EXPECT_EQ(encode("€Ÿ“ñ", TextEncoding::windows1252), "\x80\x9F\x93\xF1");
@@ -98,6 +154,20 @@ TEST(Lines, EndInEachOfThreeWays) {
     EXPECT_EQ(splitLines("\r\r\n\n"), (Lines{"", "", ""}));
     EXPECT_EQ(splitLines("\n\r"), (Lines{"", ""}));
     EXPECT_EQ(splitLines(" \n"), (Lines{" "}));
+}
+
+TEST(Lines, EndWhereOtherProgramsEndThem) {
+    using Lines = std::vector<std::string_view>;
+    EXPECT_EQ(splitLines("a\u2028b\u2029c\u0085d"), (Lines{"a", "b", "c", "d"}));
+    EXPECT_EQ(splitLines("\u2028\n\u2029"), (Lines{"", "", ""}));
+    EXPECT_EQ(splitLines("a\u2027b\u202Ac\u0084d\u2128"), (Lines{"a\u2027b\u202Ac\u0084d\u2128"}));
+    EXPECT_EQ(splitLines("a\xE2\x80"), (Lines{"a\xE2\x80"}));
+}
+
+TEST(Lines, AreCounted) {
+    for (const std::string_view text : {"", "a", "a\r\nb\nc\rd", "\n\r", "\r\n", "a\u2028b\u0085"}) {
+        EXPECT_EQ(countLines(text), splitLines(text).size()) << text;
+    }
 }
 
 TEST(Capitals, OfLettersWithAndWithoutAccents) {

@@ -8,6 +8,7 @@
 
 #include "assembler/Ensambla.h"
 #include "assembler/HexWriter.h"
+#include "assembler/Lines.h"
 #include "assembler/TextEncoding.h"
 #include "images/HexLoader.h"
 #include "tests/fuzz/FuzzSupport.h"

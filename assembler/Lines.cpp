@@ -1,0 +1,50 @@
+#include "assembler/Lines.h"
+
+#include <cstdint>
+
+namespace tavinor {
+
+namespace {
+
+/// Calls `line` with every line of `text`.
+template <class Line>
+void forEachLine(std::string_view text, Line line) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t end = lineEndAt(text, i);
+        if (end > 0) line(text.substr(start, i - start));
+        i += end > 0 ? end : 1;
+        if (end > 0) start = i;
+    }
+    if (start < text.size()) line(text.substr(start));
+}
+
+}  // namespace
+
+std::size_t lineEndAt(std::string_view text, std::size_t position) {
+    switch (static_cast<std::uint8_t>(text[position])) {
+        case '\n': return 1;
+        case '\r': return text.substr(position, 2) == "\r\n" ? 2 : 1;
+        case 0xC2: return text.substr(position, 2) == "\u0085" ? 2 : 0;
+        case 0xE2: {
+            const std::string_view three = text.substr(position, 3);
+            return three == "\u2028" || three == "\u2029" ? 3 : 0;
+        }
+        default: return 0;
+    }
+}
+
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    lines.reserve(countLines(text));
+    forEachLine(text, [&lines](std::string_view line) { lines.push_back(line); });
+    return lines;
+}
+
+std::size_t countLines(std::string_view text) {
+    std::size_t count = 0;
+    forEachLine(text, [&count](std::string_view /*line*/) { ++count; });
+    return count;
+}
+
+}  // namespace tavinor

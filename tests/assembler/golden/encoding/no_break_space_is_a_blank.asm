@@ -1,0 +1,2 @@
+ MVI A, 5 ; x
+ NOP 

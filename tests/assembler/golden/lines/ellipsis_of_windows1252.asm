@@ -1,0 +1,1 @@
+ NOP ; año… HOLA

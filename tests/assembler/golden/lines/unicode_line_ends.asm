@@ -1,0 +1,2 @@
+ NOP ; uno  NOP ; dos  NOP
+ HOLA
