@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <utility>
 
 #if defined(_WIN32)
@@ -37,8 +38,21 @@ bool isRegular(int handle) {
     return ::_fstat64(handle, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
 }
 
-bool empty(int handle) {
-    return ::_chsize_s(handle, 0) == 0;
+bool resizeHandle(int handle, std::uint64_t size) {
+    return ::_chsize_s(handle, static_cast<__int64>(size)) == 0;
+}
+
+bool seekHandle(int handle, std::uint64_t position) {
+    return ::_lseeki64(handle, static_cast<__int64>(position), SEEK_SET) >= 0;
+}
+
+std::int64_t sizeOf(int handle) {
+    return ::_filelengthi64(handle);
+}
+
+/// They come with the folder.
+bool copyOwner(int /*from*/, int /*to*/) {
+    return true;
 }
 
 auto readSome(int handle, std::span<char> buffer) {
@@ -73,8 +87,27 @@ bool isRegular(int handle) {
     return ::fstat(handle, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-bool empty(int handle) {
-    return ::ftruncate(handle, 0) == 0;
+bool resizeHandle(int handle, std::uint64_t size) {
+    return ::ftruncate(handle, static_cast<off_t>(size)) == 0;
+}
+
+bool seekHandle(int handle, std::uint64_t position) {
+    return ::lseek(handle, static_cast<off_t>(position), SEEK_SET) >= 0;
+}
+
+std::int64_t sizeOf(int handle) {
+    struct stat status {};
+    return ::fstat(handle, &status) == 0 ? status.st_size : -1;
+}
+
+bool copyOwner(int from, int to) {
+    constexpr mode_t permissions = 07777;
+    struct stat theirs {};
+    struct stat own {};
+    if (::fstat(from, &theirs) != 0 || ::fstat(to, &own) != 0) return false;
+    const bool same = own.st_uid == theirs.st_uid && own.st_gid == theirs.st_gid;
+    if (!same && ::fchown(to, theirs.st_uid, theirs.st_gid) != 0) return false;
+    return ::fchmod(to, theirs.st_mode & permissions) == 0;
 }
 
 auto readSome(int handle, std::span<char> buffer) {
@@ -119,12 +152,16 @@ File File::forReading(const std::filesystem::path& path) {
 
 File File::forWriting(const std::filesystem::path& path) {
     File file = open(path, O_WRONLY | O_CREAT, everybody);
-    if (file.isOpen() && !empty(file.handle_)) file.close();
+    if (file.isOpen() && !file.resize(0)) file.close();
     return file;
 }
 
 File File::forChanging(const std::filesystem::path& path) {
     return open(path, O_WRONLY);
+}
+
+File File::forRewriting(const std::filesystem::path& path) {
+    return open(path, O_RDWR);
 }
 
 File File::createNew(const std::filesystem::path& path, bool secret) {
@@ -156,6 +193,24 @@ bool File::write(std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return isOpen();
+}
+
+bool File::seek(std::uint64_t position) {
+    return isOpen() && seekHandle(handle_, position);
+}
+
+std::optional<std::uint64_t> File::size() const {
+    const std::int64_t size = isOpen() ? sizeOf(handle_) : -1;
+    if (size < 0) return std::nullopt;
+    return static_cast<std::uint64_t>(size);
+}
+
+bool File::resize(std::uint64_t size) {
+    return isOpen() && resizeHandle(handle_, size);
+}
+
+bool File::takeAfter(const File& other) {
+    return isOpen() && other.isOpen() && copyOwner(other.handle_, handle_);
 }
 
 bool File::flush() {

@@ -21,6 +21,8 @@ class File {
     static File forWriting(const std::filesystem::path& path);
     /// Opens a file that must be there, and leaves its bytes alone.
     static File forChanging(const std::filesystem::path& path);
+    /// The same, and its bytes can be read, too.
+    static File forRewriting(const std::filesystem::path& path);
     /// Creates a file that must not be there. Only its owner may read it when it is `secret`.
     static File createNew(const std::filesystem::path& path, bool secret);
 
@@ -38,6 +40,12 @@ class File {
     std::optional<std::size_t> read(std::span<char> buffer);
     /// Writes all of `bytes`. After an error some of them may have arrived.
     bool write(std::string_view bytes);
+    /// Where the next bytes are read or written.
+    bool seek(std::uint64_t position);
+    [[nodiscard]] std::optional<std::uint64_t> size() const;
+    bool resize(std::uint64_t size);
+    /// Gives this file the owner, the group and the permissions of another one. False when it may not.
+    bool takeAfter(const File& other);
     /// Waits until what was written is safe from a power failure.
     bool flush();
     /// False when what was written did not all arrive, or the file was not open.

@@ -5,6 +5,8 @@
 #include <string>
 #include <system_error>
 
+#include "files/RewrittenFile.h"
+
 namespace tavinor {
 
 namespace {
@@ -32,31 +34,44 @@ ReplacedFile::ReplacedFile(const fs::path& path, const fs::path& model) {
     if (!target) return;
     path_ = *target;
     std::error_code error;
-    const bool replaces = fs::exists(fs::status(path_, error));
-    if (replaces && !File::forChanging(path_).isOpen()) return;
-    const fs::file_status like = fs::status(replaces ? path_ : model, error);
-    if (fs::exists(like)) permissions_ = like.permissions();
-    if (createBeside() && permissions_ != fs::perms::unknown) {
-        fs::permissions(beside_, permissions_, error);
+    if (!fs::exists(fs::status(path_, error))) {
+        const fs::file_status like = fs::status(model, error);
+        const bool modelled = fs::exists(like);
+        if (createBeside(modelled) && modelled) fs::permissions(beside_, like.permissions(), error);
+        return;
     }
+    const File old = File::forChanging(path_);
+    if (!old.isOpen()) return;
+    const bool replaceable = fs::hard_link_count(path_, error) == 1 && createBeside(true);
+    if (replaceable && file_.takeAfter(old)) return;
+    removeBeside();
+    file_ = File::forRewriting(path_);
+    inPlace_ = true;
 }
 
 /// Nothing of the old file may be seen by others before it has the old permissions.
-bool ReplacedFile::createBeside() {
+bool ReplacedFile::createBeside(bool secret) {
     constexpr int mostTries = 100;
     std::random_device random;
     for (int tries = 0; tries < mostTries; ++tries) {
         const fs::path name = path_.parent_path() / (".tavinor-" + std::to_string(random()));
         std::error_code error;
         if (fs::exists(fs::symlink_status(name, error))) continue;
-        file_ = File::createNew(name, permissions_ != fs::perms::unknown);
+        file_ = File::createNew(name, secret);
         if (file_.isOpen()) beside_ = name;
         break;
     }
     return file_.isOpen();
 }
 
+bool ReplacedFile::write(std::string_view bytes) {
+    if (!inPlace_) return file_.write(bytes);
+    contents_ += bytes;
+    return file_.isOpen();
+}
+
 bool ReplacedFile::commit() {
+    if (inPlace_) return rewrite(file_, contents_) && file_.close();
     const bool safe = file_.flush();
     if (!file_.close() || !safe) return false;
     std::error_code error;
@@ -66,10 +81,15 @@ bool ReplacedFile::commit() {
     return true;
 }
 
-ReplacedFile::~ReplacedFile() {
+void ReplacedFile::removeBeside() {
     file_.close();
     std::error_code ignored;
     if (!beside_.empty()) fs::remove(beside_, ignored);
+    beside_.clear();
+}
+
+ReplacedFile::~ReplacedFile() {
+    removeBeside();
 }
 
 }  // namespace tavinor

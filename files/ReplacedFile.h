@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "files/File.h"
@@ -10,8 +11,10 @@ namespace tavinor {
 /// A file that is written beside the one it replaces and put in its place when it is complete. Whatever
 /// happens meanwhile, the name has the old bytes or the new ones, never a part of them.
 ///
-/// The new file has the permissions of the old one, or of a model where there is none. A symbolic link stays,
-/// and what it leads to is replaced.
+/// The new file has the owner, the group and the permissions of the old one; where there is none, the
+/// permissions of a model. A symbolic link stays, and what it leads to is replaced. Where another file cannot
+/// take the place of the old one (it has other names as well, which would keep the old bytes; its folder
+/// takes no new file; its owner is another one), the old one is rewritten when all is there.
 class ReplacedFile {
   public:
     /// Creates the file beside `path`. What is there already must be a regular file that may be written to.
@@ -22,17 +25,19 @@ class ReplacedFile {
     ~ReplacedFile();
 
     [[nodiscard]] bool created() const { return file_.isOpen(); }
-    bool write(std::string_view bytes) { return file_.write(bytes); }
+    bool write(std::string_view bytes);
     /// Puts the file in its place. Only to be called when every `write` has succeeded.
     bool commit();
 
   private:
-    bool createBeside();
+    bool createBeside(bool secret);
+    void removeBeside();
 
     std::filesystem::path path_;
     std::filesystem::path beside_;  // empty: there is none
-    File file_;
-    std::filesystem::perms permissions_ = std::filesystem::perms::unknown;  // of the old file, if any
+    File file_;                     // the one beside, or the old one
+    bool inPlace_ = false;
+    std::string contents_;  // what the old one shall hold
 };
 
 }  // namespace tavinor

@@ -1,6 +1,8 @@
 #include "files/ReplacedFile.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -128,6 +130,108 @@ TEST_F(Replacing, ALongName) {
     EXPECT_TRUE(replace(path_, "new"));
     EXPECT_TRUE(replace(path_, "newer"));
     EXPECT_EQ(bytesOf(path_), "newer");
+}
+
+struct Owner {
+    uid_t user = 0;
+    gid_t group = 0;
+    friend bool operator==(const Owner&, const Owner&) = default;
+};
+
+Owner ownerOf(const fs::path& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return {status.st_uid, status.st_gid};
+}
+
+TEST_F(Replacing, TheBytesOfAllItsNames) {
+    folder_.write("prog.HEX", "old bytes");
+    fs::create_hard_link(path_, folder_.path() / "second");
+    for (const std::string bytes : {"new", "", "longer than all before"}) {
+        EXPECT_TRUE(replace(path_, bytes));
+        EXPECT_EQ(bytesOf(path_), bytes);
+        EXPECT_EQ(bytesOf(folder_.path() / "second"), bytes);
+        EXPECT_EQ(fs::hard_link_count(path_), 2U);
+        EXPECT_EQ(names(), (std::set<std::string>{"prog.HEX", "second"}));
+    }
+}
+
+/// The write fails in its middle: beyond the old end, or before it.
+TEST_F(Replacing, NothingOnAFullDiskUnderAllItsNames) {
+    for (const std::size_t oldSize : {std::size_t{3}, std::size_t{5000}, std::size_t{50'000}}) {
+        const std::string old(oldSize, 'o');
+        folder_.write("prog.HEX", old);
+        fs::remove(folder_.path() / "second");
+        fs::create_hard_link(path_, folder_.path() / "second");
+        {
+            const FileSizeLimit fullDisk(4096);
+            EXPECT_FALSE(replace(path_, std::string(20'000, 'n')));
+        }
+        EXPECT_EQ(bytesOf(path_), old);
+    }
+}
+
+TEST_F(Replacing, NothingWithoutACommitUnderAllItsNames) {
+    folder_.write("prog.HEX", "old");
+    fs::create_hard_link(path_, folder_.path() / "second");
+    { EXPECT_TRUE(ReplacedFile(path_).write("new")); }
+    EXPECT_EQ(bytesOf(path_), "old");
+}
+
+TEST_F(Replacing, AFileInAFolderThatTakesNoOther) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    fs::permissions(file, static_cast<fs::perms>(0666));
+    const Owner owner = ownerOf(file);
+    fs::permissions(folder_.path(), static_cast<fs::perms>(0555));
+    {
+        const OrdinaryUser user;
+        if (!user.is()) GTEST_SKIP() << "the rights of an ordinary user cannot be taken here";
+        EXPECT_TRUE(replace(file, "new"));
+        EXPECT_FALSE(replace(folder_.path() / "another", "new"));
+    }
+    fs::permissions(folder_.path(), fs::perms::all);
+    EXPECT_EQ(bytesOf(file), "new");
+    EXPECT_EQ(ownerOf(file), owner);
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0666));
+}
+
+TEST_F(Replacing, AFileOfAnotherUserThatStaysTheirs) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    fs::permissions(file, static_cast<fs::perms>(0666));
+    fs::permissions(folder_.path(), fs::perms::all);
+    const Owner owner = ownerOf(file);
+    {
+        const OrdinaryUser user;
+        if (!user.is()) GTEST_SKIP() << "the rights of an ordinary user cannot be taken here";
+        EXPECT_TRUE(replace(file, "new"));
+    }
+    EXPECT_EQ(bytesOf(file), "new");
+    EXPECT_EQ(ownerOf(file), owner);
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+}
+
+TEST_F(Replacing, AFileOfAnotherUserAsTheSuperuser) {
+    constexpr uid_t other = 65534;
+    const fs::path file = folder_.write("prog.HEX", "old");
+    if (::chown(file.c_str(), other, other) != 0) GTEST_SKIP() << "only the superuser may give files away";
+    fs::permissions(file, static_cast<fs::perms>(0640));
+    EXPECT_TRUE(replace(file, "new"));
+    EXPECT_EQ(ownerOf(file), (Owner{other, other}));
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640));
+}
+
+/// What cannot be read cannot be put back.
+TEST_F(Replacing, NothingInPlaceThatCannotBeRead) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    fs::create_hard_link(file, folder_.path() / "second");
+    fs::permissions(file, static_cast<fs::perms>(0222));
+    {
+        const OrdinaryUser user;
+        if (!user.is()) GTEST_SKIP() << "the rights of an ordinary user cannot be taken here";
+        EXPECT_FALSE(replace(file, "new"));
+    }
+    fs::permissions(file, static_cast<fs::perms>(0600));
+    EXPECT_EQ(bytesOf(file), "old");
 }
 
 /// A folder that lets new files in does not say that its files may be changed.
