@@ -1,10 +1,13 @@
 #include "assembler/Ensambla.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "assembler/HexWriter.h"
+#include "assembler/Lines.h"
 #include "assembler/Messages.h"
 #include "assembler/OpcodeTable.h"
 #include "assembler/PaneText.h"
@@ -15,6 +18,10 @@
 namespace tavinor {
 
 namespace {
+
+/// Far beyond any program. With the panes of the window, a source of this much stays within 1 GiB.
+constexpr std::uint64_t maximumSourceSize = std::uint64_t{64} << 20;
+constexpr std::size_t maximumLines = 2'000'000;
 
 /// The two panes and the result of one run.
 class Run {
@@ -35,6 +42,7 @@ class Run {
         DecodedText decoded = decode(std::move(bytes));
         result_.encoding = decoded.encoding;
         if (decoded.text.empty()) return fail(message::emptyFile);
+        if (countLines(decoded.text) > maximumLines) return fail(message::tooManyLines);
 
         SourceText source(std::move(decoded.text));
         Passes passes(table, source, listing_, report_);
@@ -63,8 +71,11 @@ class Run {
     AssemblyResult result_;
 };
 
-/// Far beyond any program; keeps line numbers and statement sizes inside 32 bits.
-constexpr std::uint64_t maximumSourceSize = std::uint64_t{1} << 30;
+bool isTooLarge(const std::filesystem::path& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error) &&
+           std::filesystem::file_size(path, error) > maximumSourceSize && !error;
+}
 
 }  // namespace
 
@@ -82,7 +93,7 @@ AssemblyResult Ensambla(const std::filesystem::path& file1, const std::filesyste
         run.assemble(std::move(*bytes), opcodeSources);
         run.writeHex(file2);
     } else {
-        run.fail(message::cannotOpen);
+        run.fail(isTooLarge(file1) ? message::tooLarge : message::cannotOpen);
     }
     return run.finish();
 }

@@ -15,6 +15,8 @@ inline constexpr std::string_view badOperand = "Operando incorrecto";
 inline constexpr std::string_view tooManyErrors = "Demasiados errores";
 inline constexpr std::string_view emptyFile = "Fichero vacío";
 inline constexpr std::string_view cannotOpen = "Error abriendo fichero";
+inline constexpr std::string_view tooLarge = "Fichero de más de 64 MiB";
+inline constexpr std::string_view tooManyLines = "Fichero de más de dos millones de líneas";
 
 /// These two are shown in a box.
 inline constexpr std::string_view badTable = "Error en tabla";

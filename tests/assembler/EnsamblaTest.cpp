@@ -385,16 +385,33 @@ TEST(Large, SizesBeyond32BitsAreAnErrorAndNoMore) {
     EXPECT_EQ(count(result.report, "Dirección fuera de memoria"), 12U);
 }
 
-TEST(Large, AHundredMegabytes) {
+constexpr std::size_t maximumSourceSize = std::size_t{64} << 20;
+
+AssemblyResult assembledFile(const std::string& source) {
     TemporaryDirectory directory;
-    const std::string block =
-        "; sumas y restas, con una línea larga que solo es un comentario y nada más\n"
-        " ORG 100H\n MVI A,0FFH ; otra línea, que tiene un comentario aún más largo que ocupa lo suyo\n";
-    writeBytes(directory / "prog.asm", repeated(block, static_cast<int>(100'000'000 / block.size()) + 1));
+    writeBytes(directory / "prog.asm", source);
     AssemblyObserver nobody;
-    const AssemblyResult result = Ensambla(directory / "prog.asm", directory / "prog.HEX", nobody);
-    EXPECT_TRUE(result.assembled);
-    EXPECT_EQ(readBytes(directory / "prog.HEX"), ":020100003EFFC0\r\n:00000001FF\r\n");
+    return Ensambla(directory / "prog.asm", directory / "prog.HEX", nobody);
+}
+
+TEST(Large, SourceOf64MiB) {
+    std::string source = "NOP;" + std::string(maximumSourceSize - 4, '\0');
+    EXPECT_TRUE(assembledFile(source).assembled);
+    source += ' ';
+    const AssemblyResult result = assembledFile(source);
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(result.report, "==> ERROR: Fichero de más de 64 MiB\r\n");
+    EXPECT_EQ(result.listing, result.report);
+}
+
+TEST(Large, SourceOfTwoMillionLines) {
+    std::string source = "NOP\n" + std::string(1'999'999, '\n');
+    EXPECT_TRUE(assembled(source).assembled);
+    source += ' ';
+    const AssemblyResult result = assembled(source);
+    EXPECT_FALSE(result.assembled);
+    EXPECT_EQ(result.report, "==> ERROR: Fichero de más de dos millones de líneas\r\n");
+    EXPECT_EQ(result.listing, result.report);
 }
 
 }  // namespace
