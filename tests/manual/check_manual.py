@@ -284,7 +284,9 @@ class Keys(unittest.TestCase):
 
     def test_every_key_named_exists(self):
         known = {key for _, key in editor_commands()} | {key for _, key in access_keys()} | TOOLKIT_KEYS
-        known |= {"F" + n for n in re.findall(r"Qt::Key_F(\d+)", "".join(sources().values()))}
+        code = "".join(sources().values())
+        known |= {"F" + n for n in re.findall(r"Qt::Key_F(\d+)", code)}
+        known |= {"Ctrl+" + n for n in re.findall(r"Qt::ControlModifier \| Qt::Key_([A-Z])\b", code)}
         for name, text in chapters().items():
             function_keys = r"|F\d+" if name == KEYS else ""  # elsewhere F7 may be a byte
             for key in re.findall(rf"`((?:Ctrl|Alt)\+[^`]+{function_keys})`", text):

@@ -40,9 +40,13 @@ QString nameWithoutFolder(const QString& path) {
 #endif
 }
 
+QString whyNotRead(const SourceFile& file) {
+    return file.state == SourceFile::State::tooLarge ? file.text : QStringLiteral("Error abriendo fichero");
+}
+
 /// As if the file had been read line by line.
 QString withLastLineEnd(const QString& text) {
-    return text.endsWith('\n') || text.endsWith('\r') ? text : text + '\n';
+    return text.endsWith('\n') ? text : text + '\n';
 }
 
 }  // namespace
@@ -62,6 +66,9 @@ Editor::Editor(QWidget* parent)
     busqueda_ = new Busqueda(texto, Buscarsiguiente, this);
     connect(texto, &SourceEdit::edited, this, [this] { changed_ = true; });
     connect(texto, &SourceEdit::touched, this, &Editor::refreshEdicion);
+    connect(
+        texto, &SourceEdit::refused, this, [this](const QString& reason) { showMessage(this, reason); },
+        Qt::QueuedConnection);  // not inside a drag of another program
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
     connect(new FileDrops(this, {QStringLiteral("asm")}), &FileDrops::dropped, this,
             [this](const QString& path) { openDropped(path, principal_); });
@@ -234,8 +241,8 @@ bool Editor::load(const QString& path) {
     }
     const SourceFile file = readSource(path);
     if (file.state != SourceFile::State::read) {
-        if (file.state == SourceFile::State::failed) setFilename({});
-        showMessage(front(), QStringLiteral("Error abriendo fichero"));
+        if (file.state != SourceFile::State::empty) setFilename({});
+        showMessage(front(), whyNotRead(file));
         return false;
     }
     encoding_ = file.encoding;
@@ -247,9 +254,9 @@ bool Editor::load(const QString& path) {
 /// it has no character that the other one lacks.
 bool Editor::loadRescueCopy(const RescueCopy& copy) {
     const SourceFile rescued = readSource(copy.path());
-    if (rescued.state == SourceFile::State::failed) {
+    if (rescued.state == SourceFile::State::failed || rescued.state == SourceFile::State::tooLarge) {
         setFilename({});
-        showMessage(front(), QStringLiteral("Error abriendo fichero"));
+        showMessage(front(), whyNotRead(rescued));
         return false;
     }
     const SourceFile source = readSource(filename->text());

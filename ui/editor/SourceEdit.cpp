@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMenu>
@@ -18,30 +19,23 @@
 #include "ui/common/FileDrops.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
+#include "ui/editor/SourceCharacters.h"
+#include "ui/editor/SourceLimits.h"
 
 namespace tavinor {
 
 namespace {
 
 constexpr int tabColumns = 8;
-constexpr qsizetype pieceSize = qsizetype{512} * 1024;  // characters: what comes in between two paints
+/// Qt takes it for this on some platforms only.
+constexpr QKeyCombination redoKey = Qt::ControlModifier | Qt::Key_Y;
+// What comes in between two paints, whichever is reached first.
+constexpr qsizetype pieceSize = qsizetype{512} * 1024;  // characters
+constexpr int pieceLines = 32'000;
 
-/// Inside the toolkit a line ends in a paragraph separator.
+/// Inside Qt a line ends in a paragraph separator.
 QString withLineFeeds(QString text) {
     return text.replace(QChar(QChar::ParagraphSeparator), QChar(QChar::LineFeed));
-}
-
-/// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
-/// feels.
-QString withSingleLineEnds(QString text) {
-    QChar* end = text.begin();
-    QChar previous;
-    for (const QChar c : std::as_const(text)) {
-        if (c != '\n' || previous != '\r') *end++ = c == '\r' ? QChar('\n') : c;
-        previous = c;
-    }
-    text.truncate(end - text.constBegin());
-    return text;
 }
 
 bool isModifier(int key) {
@@ -75,7 +69,35 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setMouseTracking(true);
     connect(this, &QPlainTextEdit::selectionChanged, this, &SourceEdit::touched);
+    connect(document(), &QTextDocument::contentsChange, this,
+            [this](int position, int /*removed*/, int added) { noteAdded(position, added); });
     connect(this, &QPlainTextEdit::textChanged, this, &SourceEdit::noteEdit);
+}
+
+/// Keys, input methods and assistive tools put characters into the text on ways of their own.
+void SourceEdit::noteAdded(int position, int added) {
+    if (settingSource_) return;
+    QTextBlock block = document()->findBlock(position);
+    for (; block.isValid() && block.position() < position + added; block = block.next()) {
+        const QString text = block.text();
+        for (int i = std::max(position - block.position(), 0); i < text.size(); ++i) {
+            if (isForeignToSource(text[i])) foreign_.append(block.position() + i);
+        }
+    }
+}
+
+/// As a part of the step that brought them, so that one undo takes both back.
+void SourceEdit::replaceForeign() {
+    if (foreign_.isEmpty()) return;
+    const QList<int> positions = std::exchange(foreign_, {});
+    QTextCursor cursor(document());
+    cursor.joinPreviousEditBlock();
+    for (const int position : positions) {
+        cursor.setPosition(position);
+        cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
+        cursor.insertText(sourceCharacters(document()->characterAt(position)));
+    }
+    cursor.endEditBlock();
 }
 
 /// An assistive tool writes without any event. Where it has taken away all that it found, it meant all of the
@@ -83,6 +105,7 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
 void SourceEdit::noteEdit() {
     if (settingSource_) return;
     if (document()->isEmpty()) arriving_.truncate(arrived_);
+    replaceForeign();
     emit edited();
 }
 
@@ -93,7 +116,7 @@ QString SourceEdit::source() {
 }
 
 void SourceEdit::setSource(const QString& text) {
-    arriving_ = withSingleLineEnds(text);
+    arriving_ = sourceCharacters(text);
     arrived_ = 0;
     const QScopedValueRollback setting(settingSource_, true);
     setPlainText(nextPiece());
@@ -145,8 +168,11 @@ void SourceEdit::handOut(const std::function<void(const QString&)>& take) const 
 
 /// Whole lines, so that no two pieces share one.
 QString SourceEdit::nextPiece() {
-    const qsizetype lineEnd = arriving_.indexOf('\n', arrived_ + pieceSize);
-    const qsizetype end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
+    qsizetype end = arrived_;
+    for (int lines = 0; end < arriving_.size() && end - arrived_ < pieceSize && lines < pieceLines; ++lines) {
+        const qsizetype lineEnd = arriving_.indexOf('\n', end);
+        end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
+    }
     return arriving_.mid(std::exchange(arrived_, end), end - arrived_);
 }
 
@@ -181,8 +207,43 @@ bool SourceEdit::viewportEvent(QEvent* event) {
 }
 
 void SourceEdit::insertFromMimeData(const QMimeData* source) {
+    if (!source->hasText()) return;
     fill();
-    QPlainTextEdit::insertFromMimeData(source);
+    const QString text = sourceCharacters(source->text());
+    const QString refusal = dropping_ ? QString() : whyNot(text, textCursor());
+    if (!refusal.isEmpty()) {
+        emit refused(refusal);
+        return;
+    }
+    insertPlainText(text);
+    ensureCursorVisible();
+}
+
+/// Refused before Qt takes away what is only being moved.
+void SourceEdit::dropEvent(QDropEvent* event) {
+    fill();
+    const QPoint place = event->position().toPoint();
+    const QString refusal = whyNot(sourceCharacters(event->mimeData()->text()), cursorForPosition(place));
+    if (!refusal.isEmpty()) {
+        event->ignore();
+        emit refused(refusal);
+        return;
+    }
+    const QScopedValueRollback dropping(dropping_, true);
+    QPlainTextEdit::dropEvent(event);
+}
+
+/// Why `text` cannot take the place of what `cursor` selects; empty when it can.
+QString SourceEdit::whyNot(const QString& text, const QTextCursor& cursor) const {
+    const QTextBlock first = document()->findBlock(cursor.selectionStart());
+    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const QString before = first.text().left(cursor.selectionStart() - first.position());
+    const QString behind = last.text().mid(cursor.selectionEnd() - last.position());
+    SourceExtent extent = extentOf(before + text + behind);
+    extent.lines += blockCount() - 1 - (last.blockNumber() - first.blockNumber());
+    extent.size =
+        document()->characterCount() - 1 - (cursor.selectionEnd() - cursor.selectionStart()) + text.size();
+    return whyTooLarge(extent);
 }
 
 void SourceEdit::select(qsizetype start, qsizetype length) {
@@ -197,7 +258,7 @@ bool SourceEdit::belongsToMenus(const QKeyEvent& event) const {
     return menuKeys_.contains(QKeySequence(event.keyCombination()));
 }
 
-/// The toolkit offers every key to the box with the focus before its menus see it.
+/// Qt offers every key to the box with the focus before its menus see it.
 bool SourceEdit::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && belongsToMenus(*static_cast<QKeyEvent*>(event))) {
         event->ignore();
@@ -207,9 +268,18 @@ bool SourceEdit::event(QEvent* event) {
     return QPlainTextEdit::event(event);
 }
 
-/// The key of a disabled command comes here, and does nothing.
+/// The key of a disabled command comes here, and does nothing. A line has one kind of end, so Shift makes no
+/// difference to Enter.
 void SourceEdit::keyPressEvent(QKeyEvent* event) {
-    if (!belongsToMenus(*event)) QPlainTextEdit::keyPressEvent(event);
+    if (event->matches(QKeySequence::InsertLineSeparator)) {
+        QKeyEvent enter(event->type(), Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"),
+                        event->isAutoRepeat());
+        QPlainTextEdit::keyPressEvent(&enter);
+    } else if (event->keyCombination() == redoKey) {
+        redo();
+    } else if (!belongsToMenus(*event)) {
+        QPlainTextEdit::keyPressEvent(event);
+    }
     emit touched();
 }
 
@@ -232,11 +302,16 @@ void SourceEdit::dragEnterEvent(QDragEnterEvent* event) {
     }
 }
 
-/// The toolkit's menu, without the promise that Ctrl+A selects all: here it opens a file.
+/// Qt's menu, without the promise that Ctrl+A selects all: here it opens a file. It names the key to redo
+/// with that is the same everywhere.
 void SourceEdit::contextMenuEvent(QContextMenuEvent* event) {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
     if (auto* selectAll = menu->findChild<QAction*>(QStringLiteral("select-all"))) {
         selectAll->setText(selectAll->text().section('\t', 0, 0));
+    }
+    if (auto* again = menu->findChild<QAction*>(QStringLiteral("edit-redo"))) {
+        again->setText(again->text().section('\t', 0, 0) + '\t' +
+                       QKeySequence(redoKey).toString(QKeySequence::NativeText));
     }
     menu->exec(event->globalPos());
 }

@@ -10,7 +10,7 @@
 namespace tavinor {
 
 /// The text box of the editor: fixed-width, unwrapped, tab stops every eight columns. A line end counts as
-/// one character. The toolkit takes a microsecond or more for each line, so a long text is in view at once
+/// one character. Qt takes a microsecond or more for each line, so a long text is in view at once
 /// and comes in by pieces while nothing else is going on; whoever types, clicks or reads finds all of it
 /// there.
 class SourceEdit : public QPlainTextEdit {
@@ -21,8 +21,8 @@ class SourceEdit : public QPlainTextEdit {
 
     /// The whole text, to the letter, with LF between its lines.
     [[nodiscard]] QString source();
-    /// Puts another text in place of the whole one; it cannot be undone. Any kind of line end is taken.
-    /// Silent.
+    /// Puts another text in place of the whole one; it cannot be undone. See `sourceCharacters` for what
+    /// becomes of some of them. Silent.
     void setSource(const QString& text);
     /// The same for another version of the text: caret, selection and what is in view stay at their lines.
     void setSourceInPlace(const QString& text);
@@ -47,6 +47,8 @@ class SourceEdit : public QPlainTextEdit {
     void touched();
     /// The user changed the text.
     void edited();
+    /// What was pasted or dropped is too large, for the reason given. Nothing has changed.
+    void refused(const QString& reason);
 
   protected:
     bool event(QEvent* event) override;
@@ -59,6 +61,7 @@ class SourceEdit : public QPlainTextEdit {
     void timerEvent(QTimerEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void insertFromMimeData(const QMimeData* source) override;
+    void dropEvent(QDropEvent* event) override;
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
   private:
@@ -71,7 +74,10 @@ class SourceEdit : public QPlainTextEdit {
     [[nodiscard]] Place placeOf(int position) const;
     [[nodiscard]] int positionOf(const Place& place) const;
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
+    void noteAdded(int position, int added);
+    void replaceForeign();
     void noteEdit();
+    [[nodiscard]] QString whyNot(const QString& text, const QTextCursor& cursor) const;
     void setTabStops();
     QString nextPiece();
     void addPiece();
@@ -81,6 +87,8 @@ class SourceEdit : public QPlainTextEdit {
     qsizetype arrived_ = 0;       ///< How much of it has come.
     QBasicTimer filling_;         ///< Runs until all of it has.
     bool settingSource_ = false;  ///< A change of the text is none of the user's.
+    bool dropping_ = false;       ///< Looked at already.
+    QList<int> foreign_;          ///< Where characters came that do not belong into a source.
     QList<QKeySequence> menuKeys_;
 };
 

@@ -1,34 +1,22 @@
 #include "ui/editor/SourceFile.h"
 
+#include <QFileInfo>
 #include <QStringConverter>
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "files/File.h"
 #include "files/ReplacedFile.h"
 #include "ui/common/Paths.h"
+#include "ui/editor/SourceCharacters.h"
+#include "ui/editor/SourceLimits.h"
 
 namespace tavinor {
 
 namespace {
-
-/// No source for 64 KiB of memory is that long, and the text box could not hold much more.
-constexpr std::uint64_t mostBytes = 64 * 1024 * 1024;
-/// The text box lays out a line as a whole: this much takes it half a second, and a program of one line
-/// minutes.
-constexpr std::size_t mostBytesOfALine = std::size_t{1024} * 1024;
-
-bool linesFitTheBox(std::string_view bytes) {
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '\n' || bytes[i] == '\r') start = i + 1;
-        if (i >= start + mostBytesOfALine) return false;
-    }
-    return true;
-}
 
 /// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
 /// feels.
@@ -49,18 +37,27 @@ QString fromUtf8(const std::string& text) {
     return decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
+SourceFile tooLarge(const QString& reason) {
+    return {.state = SourceFile::State::tooLarge, .encoding = {}, .text = reason};
+}
+
 }  // namespace
 
 SourceFile decodeSource(const std::string& bytes) {
     if (bytes.empty()) return {.state = SourceFile::State::empty, .encoding = {}, .text = {}};
     const DecodedText decoded = decode(bytes);
-    return {SourceFile::State::read, decoded.encoding, fromUtf8(decoded.text)};
+    QString text = sourceCharacters(fromUtf8(decoded.text));
+    const QString reason = whyTooLarge(extentOf(text));
+    if (!reason.isEmpty()) return tooLarge(reason);
+    return {SourceFile::State::read, decoded.encoding, std::move(text)};
 }
 
 SourceFile readSource(const QString& path) {
-    const std::optional<std::string> bytes = readWholeFile(toPath(path), mostBytes);
-    if (!bytes || !linesFitTheBox(*bytes)) return {};
-    return decodeSource(*bytes);
+    const std::optional<std::string> bytes = readWholeFile(toPath(path), mostOfASource);
+    if (bytes) return decodeSource(*bytes);
+    const QFileInfo file(path);
+    const QString reason = file.isFile() ? whyTooLarge({.size = file.size()}) : QString();
+    return reason.isEmpty() ? SourceFile{} : tooLarge(reason);
 }
 
 bool canEncodeSource(const QString& text, TextEncoding encoding) {

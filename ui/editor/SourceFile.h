@@ -7,25 +7,25 @@
 
 #include "assembler/TextEncoding.h"
 
-/// Source files on disk: how their bytes become the toolkit's text and go back. The encodings themselves are
+/// Source files on disk: how their bytes become Qt's text and go back. The encodings themselves are
 /// the assembler's.
 namespace tavinor {
 
 struct SourceFile {
     enum class State : std::uint8_t {
         read,
-        empty,  ///< The file has no byte at all, so not even a first line.
+        empty,     ///< The file has no byte at all, so not even a first line.
+        tooLarge,  ///< For the editor; the text says why.
         failed,
     };
 
     State state = State::failed;
     TextEncoding encoding = TextEncoding::utf8;
-    QString text;  ///< Line ends as they stood; a byte-order mark is gone.
+    QString text;  ///< Its lines end in LF; see `sourceCharacters`. A byte-order mark is gone.
 };
 
-/// UTF-8 (plain ASCII is), or Windows-1252 where the bytes are no valid UTF-8.
+/// UTF-16 or UTF-8 (plain ASCII is), or Windows-1252 where the bytes are neither.
 SourceFile decodeSource(const std::string& bytes);
-/// A file of more than 64 MiB, or with a line of more than 1 MiB, counts as one that cannot be read.
 SourceFile readSource(const QString& path);
 
 /// Whether every character of `text` exists in `encoding`.

@@ -1,3 +1,5 @@
+#include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QTest>
 #include <optional>
@@ -102,6 +104,8 @@ class EditorFilesTest : public QObject {
         QTest::newRow("one end alone") << QByteArray("\r\n") << "\n";
         QTest::newRow("empty lines") << QByteArray("\n\n\r\n") << "\n\n\n";
         QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF\x41") << "A\n";
+        QTest::newRow("utf-16") << QByteArray("\xFE\xFF\0A\0\r\0\n\0B", 10) << "A\nB\n";
+        QTest::newRow("line separator") << QByteArray("A\xE2\x80\xA8") << "A\n";
         QTest::newRow("nothing but a mark") << QByteArray("\xEF\xBB\xBF") << "\n";
     }
 
@@ -111,6 +115,43 @@ class EditorFilesTest : public QObject {
         EditorFixture f;
         QVERIFY(f.open(f.put("prog.asm", file)));
         QCOMPARE(f.text(), text);
+    }
+
+    void theMarkOfAFileIsSavedToo() {
+        EditorFixture f;
+        QVERIFY(f.open(f.put("prog.asm", "\xEF\xBB\xBF\xC3\xB1\r\n")));
+        pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
+        QCOMPARE(f.get("prog.asm"), QByteArray("\xEF\xBB\xBF\xC3\xB1\r\n\r\n"));
+        f.action("Nuevo")->trigger();
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(EditorFixture::dialog("Salvar fichero .ASM", true), f.path("new.asm"));
+        f.action("guardarcomo")->trigger();
+        QCOMPARE(f.get("new.asm"), QByteArray("\r\n"));
+        QVERIFY(dialogs.allCame());
+    }
+
+    void tooLargeAFileIsRefusedWithTheLimit() {
+        EditorFixture f;
+        const QString file = f.put("long.asm", QByteArray(128 * 1024 + 1, 'x'));
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(EditorFixture::dialog("Editar fichero .ASM"), file);
+        dialogs.expectMessage("Línea demasiado larga. El editor admite hasta 128 KiB en cada una.");
+        f.editor.openFromPrincipal(&f.principal);
+        QVERIFY(dialogs.allCame());
+        QCOMPARE(f.filename(), QString());
+        QCOMPARE(f.text(), QString());
+    }
+
+    void tooLargeAPasteIsRefusedWithTheLimit() {
+        EditorFixture f;
+        QVERIFY(f.open(f.put("prog.asm", "HLT\r\n")));
+        QApplication::clipboard()->setText(QString(2'000'001, '\n'));
+        DialogAnswerer dialogs;
+        dialogs.expectMessage("Demasiadas líneas. El editor admite hasta dos millones.");
+        pressKey(&f.editor, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(dialogs.allCame());
+        QCOMPARE(f.text(), QString("HLT\n"));
+        QVERIFY(f.editor.close());  // nothing has changed
     }
 
     void everySaveAddsALineEnd() {

@@ -1,11 +1,15 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
+#include "tests/support/Dragging.h"
 #include "tests/support/RealInput.h"
 #include "ui/editor/SourceEdit.h"
 
@@ -80,6 +84,136 @@ class SourceEditTest : public QObject {
         Fixture f;
         f.box.setSource("\ra\r\nb\n\r\n\rc\r\r\nd\n\ne\r");
         QCOMPARE(f.box.source(), QString("\na\nb\n\n\nc\n\nd\n\ne\n"));
+    }
+
+    void charactersThatLookLikeOthersAreThese() {
+        Fixture f;
+        f.box.setSource(QStringLiteral(u"a\u2028b\u2029c\u0085d\u00A0e\uFDD0f\uFDD1"));
+        QCOMPARE(f.box.source(), QStringLiteral(u"a\nb\nc\nd e\uFFFDf\uFFFD"));
+        QCOMPARE(f.box.blockCount(), 4);
+    }
+
+    void enterWithShiftEndsALine() {
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+            Fixture f;
+            f.box.setSource("ab");
+            pressKey(&f.box, Qt::Key_Right);
+            pressKey(&f.box, key, Qt::ShiftModifier);
+            QCOMPARE(f.box.blockCount(), 2);
+            QCOMPARE(f.box.source(), QString("a\nb"));
+            QCOMPARE(f.box.textCursor().position(), 2);
+        }
+    }
+
+    void controlYRedoes() {
+        Fixture f;
+        f.box.setSource("HLT\n");
+        typeText(&f.box, "x");
+        pressKey(&f.box, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.shown(), QString("HLT\n"));
+        pressKey(&f.box, Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(f.shown(), QString("xHLT\n"));
+        pressKey(&f.box, Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(f.shown(), QString("xHLT\n"));
+    }
+
+    void theMenuNamesTheKeyToRedo() {
+        Fixture f;
+        QString label;
+        QTimer::singleShot(0, &f.box, [&label] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return;
+            label = menu->findChild<QAction*>("edit-redo")->text();
+            menu->close();
+        });
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), f.box.mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(f.box.viewport(), &event);
+        QVERIFY2(label.endsWith("\tCtrl+Y"), qPrintable(label));
+    }
+
+    void pastedCharactersThatLookLikeOthersAreThese() {
+        Fixture f;
+        f.box.setSource("NOP\n");
+        QApplication::clipboard()->setText(QStringLiteral(u"MVI\u00A0A,1\u2028;\u2029HLT\u0085\r\n"));
+        f.box.paste();
+        QCOMPARE(f.box.source(), QString("MVI A,1\n;\nHLT\n\nNOP\n"));
+        QCOMPARE(f.box.textCursor().position(), 15);
+        f.box.undo();
+        QCOMPARE(f.box.source(), QString("NOP\n"));
+    }
+
+    void typedNoBreakSpacesAreBlanks() {
+        Fixture f;
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_nobreakspace, Qt::NoModifier, QStringLiteral(u"\u00A0"));
+        typeText(&f.box, "A");
+        QApplication::sendEvent(&f.box, &key);
+        typeText(&f.box, "B");
+        QCOMPARE(f.box.source(), QString("A B"));
+        QCOMPARE(f.box.textCursor().position(), 3);
+    }
+
+    void whatAnAssistiveToolWritesIsASource() {
+        Fixture f;
+        f.box.setSource("NOP\n");
+        QAccessibleInterface* tool = QAccessible::queryAccessibleInterface(&f.box);
+        tool->editableTextInterface()->insertText(3, QStringLiteral(u"\u2028A\u00A0B\u0085"));
+        QCOMPARE(f.box.source(), QString("NOP\nA B\n\n"));
+        QCOMPARE(f.box.blockCount(), 4);
+        f.box.undo();
+        QCOMPARE(f.box.source(), QString("NOP\n"));
+        f.box.redo();
+        QCOMPARE(f.box.source(), QString("NOP\nA B\n\n"));
+        tool->setText(QAccessible::Value, QStringLiteral(u"A\u00A0\u2028B"));
+        QCOMPARE(f.box.source(), QString("A \nB"));
+    }
+
+    void tooMuchIsNotPasted_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("refusal");
+        const QString tooLong = "Línea demasiado larga. El editor admite hasta 128 KiB en cada una.";
+        // The text box holds 4 characters in 2 lines, and the caret is behind the second one.
+        QTest::newRow("the longest line") << QString(128 * 1024 - 3, 'x') << QString();
+        QTest::newRow("longer by one") << QString(128 * 1024 - 2, 'x') << tooLong;
+        QTest::newRow("too long before the caret") << QString(128 * 1024 - 1, 'x') + "\n" << tooLong;
+        QTest::newRow("too long behind the caret") << "\n" + QString(128 * 1024, 'x') << tooLong;
+        QTest::newRow("in its middle") << "\n" + QString(128 * 1024 + 1, 'x') + "\n" << tooLong;
+        QTest::newRow("too many lines")
+            << QString(2'000'000, '\n') << "Demasiadas líneas. El editor admite hasta dos millones.";
+        QTest::newRow("too many characters") << (QString(1023, 'x') + '\n').repeated(64 * 1024)
+                                             << "Texto demasiado grande. El editor admite hasta 64 MiB.";
+    }
+
+    void tooMuchIsNotPasted() {
+        QFETCH(QString, text);
+        QFETCH(QString, refusal);
+        Fixture f;
+        f.box.setSource("abc\nd");
+        f.box.select(2, 0);
+        QSignalSpy refused(&f.box, &SourceEdit::refused);
+        QApplication::clipboard()->setText(text);
+        f.box.paste();
+        QCOMPARE(f.box.source(), refusal.isEmpty() ? "ab" + text + "c\nd" : QString("abc\nd"));
+        QCOMPARE(refused.value(0).value(0).toString(), refusal);
+    }
+
+    void whatTakesThePlaceOfEnoughIsPasted() {
+        Fixture f;
+        f.box.setSource("ab" + QString(128 * 1024 - 2, 'x') + "\n");
+        QApplication::clipboard()->setText("yz");
+        f.box.select(1, 2);
+        f.box.paste();
+        QVERIFY(f.box.source().startsWith("ayzx"));
+    }
+
+    void tooMuchIsNotDropped() {
+        Fixture f;
+        f.box.setSource("abc\n");
+        QSignalSpy refused(&f.box, &SourceEdit::refused);
+        for (const qsizetype length : {5, 128 * 1024}) {
+            dropOn(&f.box, QPoint(2, 2), DraggedText(QString(length, 'x')));
+        }
+        QCOMPARE(f.box.source(), QString("xxxxxabc\n"));
+        QCOMPARE(refused.count(), 1);
     }
 
     void theSourceIsWholeAtAnyTime() {

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <filesystem>
 #include <optional>
 
 #include "tests/support/FileSizeLimit.h"
@@ -39,7 +40,7 @@ class SourceFileTest : public QObject {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("unicode");
-        QTest::newRow("ascii") << QByteArray("MVI A,1\r\n") << "MVI A,1\r\n" << true;
+        QTest::newRow("ascii") << QByteArray("MVI A,1\r\n") << "MVI A,1\n" << true;
         QTest::newRow("utf-8") << QByteArray("; a\xC3\xB1o \xE2\x82\xAC") << "; año €" << true;
         QTest::newRow("past the basic plane") << QByteArray("\xF0\x9F\x98\x80") << "\U0001F600" << true;
         QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF; \xC3\xB1") << "; ñ" << true;
@@ -53,7 +54,24 @@ class SourceFileTest : public QObject {
         QTest::newRow("cut-off utf-8") << QByteArray("a\xC3") << "aÃ" << false;
         QTest::newRow("overlong utf-8") << QByteArray("\xC0\xAF") << "À¯" << false;
         QTest::newRow("a surrogate in utf-8")
-            << QByteArray("\xED\xA0\x80") << QStringLiteral(u"í\u00A0€") << false;
+            << QByteArray("\xED\xA0\x80") << QStringLiteral(u"í €") << false;
+        QTest::newRow("utf-16, little end first") << QByteArray("\xFF\xFE\xF1\0\xAC\x20", 6) << "ñ€" << true;
+        QTest::newRow("utf-16, big end first") << QByteArray("\xFE\xFF\0\xF1\x20\xAC", 6) << "ñ€" << true;
+        QTest::newRow("half of utf-16") << QByteArray("\xFF\xFE\xF1") << "ÿþñ" << false;
+        QTest::newRow("line ends") << QByteArray(
+                                          "a\r\nb\rc\nd\xE2\x80\xA8"
+                                          "e\xE2\x80\xA9"
+                                          "f\xC2\x85g")
+                                   << "a\nb\nc\nd\ne\nf\ng" << true;
+        QTest::newRow("an ellipsis ends no line") << QByteArray("\xF1\x85") << "ñ…" << false;
+        QTest::newRow("no-break space") << QByteArray(
+                                               "MVI\xC2\xA0"
+                                               "A,1")
+                                        << "MVI A,1" << true;
+        QTest::newRow("what Qt keeps for itself") << QByteArray(
+                                                         "a\xEF\xB7\x90"
+                                                         "b\xEF\xB7\x91")
+                                                  << QStringLiteral(u"a\uFFFDb\uFFFD") << true;
         QTest::newRow("marked, yet not utf-8") << QByteArray("\xEF\xBB\xBF\xF1") << "ñ" << false;
         QTest::newRow("NUL") << QByteArray("a\0b", 3) << QStringLiteral(u"a\0b") << true;
     }
@@ -65,13 +83,15 @@ class SourceFileTest : public QObject {
         const SourceFile file = decodeSource(bytes.toStdString());
         QCOMPARE(file.state, SourceFile::State::read);
         QCOMPARE(file.text, text);
-        QCOMPARE(file.encoding == TextEncoding::utf8, unicode);
+        QCOMPARE(file.encoding != TextEncoding::windows1252, unicode);
     }
 
     void everyByteComesBackInTheOldEncoding() {
         QByteArray all("\xFF\xFF");  // no valid UTF-8
         for (int byte = 0; byte < 256; ++byte) {
-            if (byte != '\n') all.append(static_cast<char>(byte));
+            // These become other characters: a line ends in a pair, and a no-break space is a blank.
+            const bool changes = byte == '\n' || byte == '\r' || byte == 0xA0;
+            if (!changes) all.append(static_cast<char>(byte));
         }
         const SourceFile file = decodeSource(all.toStdString());
         QCOMPARE(file.encoding, TextEncoding::windows1252);
@@ -95,27 +115,59 @@ class SourceFileTest : public QObject {
         QCOMPARE(readSource(path("none")).state, SourceFile::State::empty);
     }
 
+    void bringsBackTheEncodingAndItsMark_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("utf-8") << QByteArray("\xC3\xB1\r\n");
+        QTest::newRow("marked utf-8") << QByteArray("\xEF\xBB\xBF\xC3\xB1\r\n");
+        QTest::newRow("utf-16, little end first") << QByteArray("\xFF\xFE\xF1\0\r\0\n\0", 8);
+        QTest::newRow("utf-16, big end first") << QByteArray("\xFE\xFF\0\xF1\0\r\0\n", 8);
+        QTest::newRow("windows-1252") << QByteArray("\xF1\r\n");
+    }
+
+    void bringsBackTheEncodingAndItsMark() {
+        QFETCH(QByteArray, bytes);
+        put(path("a.asm"), bytes);
+        const SourceFile file = readSource(path("a.asm"));
+        QCOMPARE(file.text, QString("ñ\n"));
+        QVERIFY(canEncodeSource(file.text, file.encoding));
+        QVERIFY(writeSource(path("a.asm"), file.text, file.encoding));
+        QCOMPARE(bytesOf(path("a.asm")), bytes);
+    }
+
     void readsNoMoreThanATextBoxHolds() {
-        constexpr qint64 most = 64 * 1024 * 1024;
-        put(path("huge"), QByteArray(most, '\n'));
-        QCOMPARE(readSource(path("huge")).text.size(), static_cast<qsizetype>(most));
-        QVERIFY(QFile::resize(path("huge"), most + 1));
-        QCOMPARE(readSource(path("huge")).state, SourceFile::State::failed);
+        const QByteArray line(1024, 'x');
+        QByteArray huge = (line.left(1023) + '\n').repeated(64 * 1024);
+        put(path("huge"), huge);
+        QCOMPARE(readSource(path("huge")).text.size(), huge.size());
+        put(path("huge"), huge + 'x');
+        QCOMPARE(readSource(path("huge")).state, SourceFile::State::tooLarge);
+        QCOMPARE(readSource(path("huge")).text,
+                 QString("Texto demasiado grande. El editor admite hasta 64 MiB."));
         QVERIFY(QFile::remove(path("huge")));
     }
 
-    void readsNoLineThatTheTextBoxWouldTakeLongFor() {
-        const QByteArray longest(1024 * 1024, 'x');
-        for (const char* end : {"\n", "\r", "\r\n", ""}) {
-            put(path("a.asm"), "NOP" + QByteArray(end) + longest + end + "HLT");
-            const bool fits = *end != '\0';
-            QCOMPARE(readSource(path("a.asm")).state,
-                     fits ? SourceFile::State::read : SourceFile::State::failed);
-            put(path("a.asm"), longest + 'x' + end);
-            QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::failed);
-        }
-        put(path("a.asm"), longest);
+    void readsNoMoreThanTwoMillionLines() {
+        put(path("a.asm"), QByteArray("\r\n").repeated(2'000'000));
         QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::read);
+        put(path("a.asm"), QByteArray("\r\n").repeated(2'000'000) + 'x');
+        QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::tooLarge);
+        QCOMPARE(readSource(path("a.asm")).text,
+                 QString("Demasiadas líneas. El editor admite hasta dos millones."));
+    }
+
+    void readsNoLineThatTheTextBoxWouldTakeLongFor() {
+        const QByteArray longest = QByteArray("\xC3\xB1").repeated(128 * 1024);  // characters count
+        for (const char* end : {"\n", "\r", "\r\n", ""}) {
+            const QByteArray two = longest + end + longest;
+            const bool fits = *end != '\0';
+            put(path("a.asm"), two);
+            QCOMPARE(readSource(path("a.asm")).state,
+                     fits ? SourceFile::State::read : SourceFile::State::tooLarge);
+            put(path("a.asm"), longest + 'x' + end);
+            QCOMPARE(readSource(path("a.asm")).state, SourceFile::State::tooLarge);
+        }
+        QCOMPARE(readSource(path("a.asm")).text,
+                 QString("Línea demasiado larga. El editor admite hasta 128 KiB en cada una."));
     }
 
     void writesLineEndsAsPairs() {
@@ -142,6 +194,13 @@ class SourceFileTest : public QObject {
         QVERIFY(QFileInfo(path("second.asm")).isSymLink());
         QVERIFY(QFileInfo(path("link.asm")).isSymLink());
         QCOMPARE(bytesOf(path("real.asm")), QByteArray("y"));
+    }
+
+    void writesUnderAllNamesOfAFile() {
+        put(path("one.asm"), "x");
+        std::filesystem::create_hard_link(toPath(path("one.asm")), toPath(path("two.asm")));
+        QVERIFY(writeSource(path("two.asm"), "y\n", TextEncoding::utf8));
+        QCOMPARE(bytesOf(path("one.asm")), QByteArray("y\r\n"));
     }
 
     void leavesOtherThingsAlone() {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+/// How much the editor takes, from a file, the clipboard or a drop.
+namespace tavinor {
+
+/// No source for 64 KiB of memory is that long. Bytes of a file, characters of a text.
+inline constexpr qsizetype mostOfASource = qsizetype{64} * 1024 * 1024;
+/// Characters. Qt lays out a line as a whole, at every key that is pressed in it: this much takes it 0.17 s.
+inline constexpr qsizetype mostOfALine = qsizetype{128} * 1024;
+/// They take 270 MB.
+inline constexpr qsizetype mostLines = 2'000'000;
+
+struct SourceExtent {
+    qsizetype size = 0;  ///< In bytes or characters.
+    qsizetype lines = 0;
+    qsizetype longestLine = 0;
+};
+
+/// Of a text whose lines end in LF.
+SourceExtent extentOf(QStringView text);
+
+/// What the user is told when that is more than the editor takes; empty when it is not.
+QString whyTooLarge(const SourceExtent& extent);
+
+}  // namespace tavinor
