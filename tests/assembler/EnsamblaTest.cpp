@@ -111,7 +111,7 @@ TEST_F(Files, SourceIsNoFile) {
 TEST_F(Files, SourceIsAbsurdlyLarge) {
     writeBytes(source_, " NOP");
     fs::resize_file(source_, (std::uintmax_t{1} << 30) + 1);  // takes no room on the disk
-    expectOneLine(run(source_), cannotOpen);
+    expectOneLine(run(source_), "==> ERROR: Fichero de más de 64 MiB\r\n");
 }
 
 TEST_F(Files, HexPathIsADirectory) {
@@ -358,7 +358,7 @@ TEST(ManyErrors, AreLimitedByTheirBytesToo) {
 }
 
 TEST(ManyErrors, OneMayBeTooMany) {
-    const AssemblyResult result = assembled(std::string(ErrorReport::maximumBytes, 'X'));
+    const AssemblyResult result = assembled("HOLA ;" + std::string(ErrorReport::maximumBytes, 'X'));
     EXPECT_FALSE(result.assembled);
     EXPECT_EQ(result.report, "==> ERROR: Demasiados errores\r\n");
 }

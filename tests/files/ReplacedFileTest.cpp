@@ -144,6 +144,17 @@ Owner ownerOf(const fs::path& path) {
     return {status.st_uid, status.st_gid};
 }
 
+/// A kill in the middle of a save then leaves the old file.
+TEST_F(Replacing, AnOrdinaryFileByAnother) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    struct stat before {};
+    struct stat after {};
+    EXPECT_EQ(::stat(file.c_str(), &before), 0);
+    EXPECT_TRUE(replace(file, "new"));
+    EXPECT_EQ(::stat(file.c_str(), &after), 0);
+    EXPECT_NE(after.st_ino, before.st_ino);
+}
+
 TEST_F(Replacing, TheBytesOfAllItsNames) {
     folder_.write("prog.HEX", "old bytes");
     fs::create_hard_link(path_, folder_.path() / "second");

@@ -61,6 +61,14 @@ class SourceEditTest : public QObject {
         QCOMPARE(f.box.textCursor().position(), 0);
     }
 
+    void manyShortLinesComeByPiecesToo() {
+        Fixture f;
+        f.box.setSource(QString(100'000, '\n'));
+        QVERIFY(f.box.isFilling());
+        QVERIFY(f.box.blockCount() < 50'000);
+        QCOMPARE(f.box.source().size(), qsizetype{100'000});
+    }
+
     void theRestComesByItself_data() {
         QTest::addColumn<QString>("lineEnd");
         QTest::newRow("LF") << "\n";
