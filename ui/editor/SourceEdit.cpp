@@ -86,10 +86,11 @@ void SourceEdit::noteAdded(int position, int added) {
     }
 }
 
-/// As a part of the step that brought them, so that one undo takes both back.
+/// Not while the user goes back: what was replaced is there again until the next undo, and replacing it once
+/// more would leave no way further back.
 void SourceEdit::replaceForeign() {
-    if (foreign_.isEmpty()) return;
     const QList<int> positions = std::exchange(foreign_, {});
+    if (positions.isEmpty() || document()->isRedoAvailable()) return;
     QTextCursor cursor(document());
     cursor.joinPreviousEditBlock();
     for (const int position : positions) {
@@ -112,7 +113,7 @@ void SourceEdit::noteEdit() {
 /// Not `toPlainText`, which turns no-break spaces into plain ones.
 QString SourceEdit::source() {
     fill();
-    return withLineFeeds(document()->toRawText());
+    return sourceCharacters(document()->toRawText());
 }
 
 void SourceEdit::setSource(const QString& text) {

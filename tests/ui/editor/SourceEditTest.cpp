@@ -167,9 +167,9 @@ class SourceEditTest : public QObject {
         tool->editableTextInterface()->insertText(3, QStringLiteral(u"\u2028A\u00A0B\u0085"));
         QCOMPARE(f.box.source(), QString("NOP\nA B\n\n"));
         QCOMPARE(f.box.blockCount(), 4);
-        f.box.undo();
+        for (int i = 0; i < 2; ++i) f.box.undo();
         QCOMPARE(f.box.source(), QString("NOP\n"));
-        f.box.redo();
+        for (int i = 0; i < 2; ++i) f.box.redo();
         QCOMPARE(f.box.source(), QString("NOP\nA B\n\n"));
         tool->setText(QAccessible::Value, QStringLiteral(u"A\u00A0\u2028B"));
         QCOMPARE(f.box.source(), QString("A \nB"));
