@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -19,6 +18,7 @@
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/common/ScreenRoom.h"
 
 namespace tavinor {
 
@@ -87,7 +87,7 @@ void Ensamblador::layOut() {
     // Room for lines as one writes them, where the screen has it.
     const QFontMetrics metrics(filelst->font());
     resize(QSize(88 * metrics.horizontalAdvance('0'), 40 * metrics.lineSpacing())
-               .boundedTo(screen()->availableSize() - QSize(0, 40)));
+               .boundedTo(roomOnScreen(*this)));
 }
 
 void Ensamblador::assemble(const QString& source, const QString& hex, const QString& listing) {

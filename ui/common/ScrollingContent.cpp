@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QLayout>
 #include <QScreen>
 #include <QScrollBar>
 #include <QWindow>
@@ -17,12 +18,14 @@ QSize aroundTheContent(const QFontMetrics& metrics) {
 
 }  // namespace
 
-ScrollingContent::ScrollingContent(QWidget* content, QWidget* parent) : QScrollArea(parent) {
+ScrollingContent::ScrollingContent(QWidget* content, QWidget* above, QWidget* parent)
+    : QScrollArea(parent), above_(above) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);  // Tab goes from control to control
     setWidgetResizable(true);
     setWidget(content);
     content->installEventFilter(this);
+    if (above != nullptr) above->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, &ScrollingContent::followFocus);
 }
 
@@ -36,7 +39,11 @@ QSize ScrollingContent::minimumSizeHint() const {
 
 /// A bar that is needed in one direction takes room in the other.
 QSize ScrollingContent::withinScreen(const QSize& wanted) const {
-    const QSize room = screen()->availableSize() - aroundTheContent(fontMetrics());
+    const QLayout* layout = parentWidget()->layout();
+    const QMargins margins = layout->contentsMargins();
+    const int bar = above_ == nullptr ? 0 : above_->sizeHint().height() + layout->spacing();
+    const QSize room = screen()->availableSize() - aroundTheContent(fontMetrics()) -
+                       QSize(margins.left() + margins.right(), margins.top() + margins.bottom() + bar);
     QSize size = wanted;
     if (wanted.height() > room.height()) size.rwidth() += verticalScrollBar()->sizeHint().width();
     if (wanted.width() > room.width()) size.rheight() += horizontalScrollBar()->sizeHint().height();
@@ -57,7 +64,7 @@ void ScrollingContent::reveal(QWidget* control) {
 
 /// What is under the mouse is in view already, and must not move away while a button is down.
 void ScrollingContent::followFocus(QWidget* old, QWidget* now) {
-    if (old != nullptr && old != widget()) old->removeEventFilter(this);
+    if (old != nullptr && old != widget() && old != above_) old->removeEventFilter(this);
     if (now == nullptr || now == widget() || !widget()->isAncestorOf(now)) return;
     now->installEventFilter(this);
     if (QApplication::mouseButtons() == Qt::NoButton) reveal(now);
@@ -71,11 +78,12 @@ void ScrollingContent::showEvent(QShowEvent* event) {
     connect(window, &QWindow::screenChanged, this, &QWidget::updateGeometry, Qt::UniqueConnection);
 }
 
-/// The content tells its new size to the area, and the window has to hear of it too. A key may have moved the
-/// place in a control that is larger than the area.
+/// The content tells its new size to the area, and the window has to hear of it too, as of the room that the
+/// bar leaves. A key may have moved the place in a control that is larger than the area.
 bool ScrollingContent::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
-    if (watched != widget() && event->type() == QEvent::KeyRelease) {
+    const bool own = watched == widget() || watched == above_;
+    if (own && event->type() == QEvent::LayoutRequest) updateGeometry();
+    if (!own && event->type() == QEvent::KeyRelease) {
         reveal(static_cast<QWidget*>(watched));
     }
     return QScrollArea::eventFilter(watched, event);

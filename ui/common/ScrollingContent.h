@@ -6,11 +6,13 @@ namespace tavinor {
 
 /// The content of a window that may be too large for the screen. Where the screen has the room it is all
 /// there, and the window cannot be made smaller than it; where not, it scrolls, and follows the keyboard.
+/// What the window has above it never scrolls.
 class ScrollingContent : public QScrollArea {
     Q_OBJECT
 
   public:
-    ScrollingContent(QWidget* content, QWidget* parent);
+    /// `above` is the window's bar over this area, if it has one: the content does not get its height.
+    ScrollingContent(QWidget* content, QWidget* above, QWidget* parent);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -23,6 +25,8 @@ class ScrollingContent : public QScrollArea {
     [[nodiscard]] QSize withinScreen(const QSize& wanted) const;
     void reveal(QWidget* control);
     void followFocus(QWidget* old, QWidget* now);
+
+    QWidget* above_;
 };
 
 }  // namespace tavinor

@@ -18,6 +18,9 @@ std::int32_t addressOf(const QModelIndex& index) {
     return index.row() * ByteGridModel::columns + index.column();
 }
 
+constexpr int fewestRowsOfAGrowingGrid = 8;
+constexpr int fewestRows = 4;
+
 }  // namespace
 
 ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
@@ -82,7 +85,7 @@ ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
     setTextElideMode(Qt::ElideNone);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(visibleRows > 0 ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
+    setVerticalScrollBarPolicy(visibleRows > 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOn);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     verticalHeader()->setSectionsClickable(false);
@@ -95,18 +98,30 @@ void ByteGrid::fitCells() {
     const QFontMetrics metrics(font());
     horizontalHeader()->setFont(font());
     verticalHeader()->setFont(font());
-    const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 9;
+    const int cell = metrics.horizontalAdvance(QStringLiteral("00")) + 7;
     horizontalHeader()->setMinimumSectionSize(cell);
     horizontalHeader()->setDefaultSectionSize(cell);
     verticalHeader()->setMinimumSectionSize(metrics.height());
     verticalHeader()->setDefaultSectionSize(metrics.height() + 2);
-    const int bar =
-        verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn ? verticalScrollBar()->sizeHint().width() : 0;
-    setMinimumWidth(ByteGridModel::columns * cell + verticalHeader()->sizeHint().width() + bar +
-                    2 * frameWidth());
-    if (visibleRows_ == 0) return;
-    const int rows = visibleRows_ * verticalHeader()->defaultSectionSize();
-    setFixedHeight(rows + horizontalHeader()->sizeHint().height() + 2 * frameWidth());
+    setMinimumWidth(ByteGridModel::columns * cell + verticalHeader()->sizeHint().width() +
+                    verticalScrollBar()->sizeHint().width() + 2 * frameWidth());
+    if (visibleRows_ > 0) setMaximumHeight(heightFor(visibleRows_));
+    updateGeometry();
+}
+
+int ByteGrid::heightFor(int rows) const {
+    return rows * verticalHeader()->defaultSectionSize() + horizontalHeader()->sizeHint().height() +
+           2 * frameWidth();
+}
+
+/// A grid that grows asks for no more than it must have, so that one of a set number of rows gets all of them
+/// first once that is there.
+QSize ByteGrid::sizeHint() const {
+    return {minimumWidth(), heightFor(visibleRows_ > 0 ? visibleRows_ : fewestRowsOfAGrowingGrid)};
+}
+
+QSize ByteGrid::minimumSizeHint() const {
+    return {minimumWidth(), heightFor(visibleRows_ > 0 ? fewestRows : fewestRowsOfAGrowingGrid)};
 }
 
 std::int32_t ByteGrid::currentAddress() const {

@@ -48,7 +48,8 @@ class ByteGrid : public QTableView {
     Q_OBJECT
 
   public:
-    /// A grid with `visibleRows` shows exactly these rows and never scrolls; 0 lets it grow and scroll.
+    /// A grid with `visibleRows` shows these rows, fewer and a scroll bar where there is less room; 0 lets it
+    /// grow and scroll.
     ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent);
 
     [[nodiscard]] std::int32_t currentAddress() const;
@@ -58,6 +59,9 @@ class ByteGrid : public QTableView {
     void scrollNear(std::int32_t address);
     /// Draws the cells that changed.
     void refresh();
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   signals:
     /// The user selected a cell, by mouse, keyboard or an assistive tool; `before` was selected until then.
@@ -81,6 +85,7 @@ class ByteGrid : public QTableView {
 
   private:
     void fitCells();
+    [[nodiscard]] int heightFor(int rows) const;
     void followSelection();
 
     ByteGridModel* model_;

@@ -4,9 +4,12 @@
 
 #include "ui/common/Commands.h"
 
+class QBoxLayout;
+
 namespace tavinor {
 
-/// The row of command buttons of the main window. The caption of `Ejecutar` is the run state of the program.
+/// The command buttons of the main window, in one row, or in two where the window has no room for one. The
+/// caption of `Ejecutar` is the run state of the program.
 class CommandBar : public QWidget {
     Q_OBJECT
 
@@ -18,7 +21,20 @@ class CommandBar : public QWidget {
     /// Shows the run state: caption of `Ejecutar`, `Eje_paso` enabled while stopped.
     void showRunning(bool running);
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
     CommandButton *Ejecutar, *Eje_paso, *CargarHEX, *Ensamblar, *Editar, *about, *Reset;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
+
+  private:
+    QBoxLayout* addRow();
+    [[nodiscard]] int singleRowWidth() const;
+    void fold();
+
+    QBoxLayout* rows_;
 };
 
 }  // namespace tavinor

@@ -7,7 +7,6 @@
 #include <QMenuBar>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
-#include <QScreen>
 #include <QThread>
 #include <QVBoxLayout>
 #include <array>
@@ -25,6 +24,7 @@
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/common/ScreenRoom.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Editor.h"
 #include "ui/main/BytePanel.h"
@@ -100,17 +100,19 @@ void Principal::layOut() {
     bytes->addWidget(memory_, 1);
     bytes->addWidget(ports_);
 
-    auto* columns = new QHBoxLayout;
+    auto* content = new QWidget(this);
+    auto* columns = new QHBoxLayout(content);
+    columns->setContentsMargins(0, 0, 0, 0);
     columns->addLayout(program);
     columns->addLayout(processor);
     columns->addLayout(bytes, 1);
-    auto* content = new QWidget(this);
-    auto* layout = new QVBoxLayout(content);
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
     layout->addWidget(commands_);
-    layout->addLayout(columns, 1);
-    setCentralWidget(new ScrollingContent(content, this));
+    layout->addWidget(new ScrollingContent(content, commands_, this), 1);
+    setCentralWidget(central);
     // Room for the whole listing and a good piece of memory, where the screen has it.
-    resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(screen()->availableSize() - QSize(16, 40)));
+    resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(roomOnScreen(*this)));
 }
 
 void Principal::makeMenus() {

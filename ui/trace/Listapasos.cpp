@@ -4,13 +4,13 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QMenuBar>
-#include <QScreen>
 #include <optional>
 #include <utility>
 
 #include "ui/common/FileDialogs.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/ScreenRoom.h"
 #include "ui/trace/SaveProgress.h"
 #include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceView.h"
@@ -24,7 +24,7 @@ Listapasos::Listapasos(TraceStore::MemoryProbe memory, QWidget* parent)
     setCentralWidget(lista);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeMenus();
-    resize(sizeHint().boundedTo(screen()->availableSize()));  // all columns, where the screen has the room
+    resize(sizeHint().boundedTo(roomOnScreen(*this)));  // all columns, where the screen has the room
     connect(lista, &TraceView::copyRefused, this, [this] {
         showMessage(this, QStringLiteral("Demasiadas filas para copiarlas. Puede salvar el listado."));
     });

@@ -99,6 +99,11 @@ class RoomTest : public QObject {
         QVERIFY2(complaints_.isEmpty(), qPrintable(complaints_.join('\n')));
     }
 
+    void addFonts() {
+        QTest::addColumn<double>("font");
+        for (const double font : {1.0, 1.5, 2.0}) QTest::addRow("%.1f", font) << font;
+    }
+
   private slots:
     void initTestCase() { installSpanish(*qApp); }
     void init() { complaints_.clear(); }
@@ -152,7 +157,7 @@ class RoomTest : public QObject {
         const Simulator s;
         const QScreen* screen = s.window.screen();
         const bool room = screen->availableSize().width() >= 1366 && screen->availableSize().height() >= 768;
-        const auto* area = s.window.findChild<ScrollingContent*>();
+        const auto* area = s.window.centralWidget()->findChild<ScrollingContent*>();
         QCOMPARE(area->horizontalScrollBar()->isVisible(), !room);
         QCOMPARE(area->verticalScrollBar()->isVisible(), !room);
     }
@@ -166,25 +171,83 @@ class RoomTest : public QObject {
         QFETCH(const double, font);
         const LargerFont larger(font);
         const Simulator s;
-        const auto* area = s.window.findChild<ScrollingContent*>();
+        const auto* area = s.window.centralWidget()->findChild<ScrollingContent*>();
         QVERIFY(s.window.screen()->availableGeometry().contains(s.window.frameGeometry()));
         s.button("Ejecutar")->setFocus();
         QSet<QWidget*> reached;
         for (QWidget* focus = s.window.focusWidget(); !reached.contains(focus);
              focus = s.window.focusWidget()) {
             reached.insert(focus);
-            const QRect place = placeOfTheKeyboard(*focus, *area->viewport());
-            QVERIFY2(area->viewport()->rect().contains(place), qPrintable(focus->objectName()));
+            const QWidget& view = area->isAncestorOf(focus) ? *area->viewport() : *focus->window();
+            const QRect place = placeOfTheKeyboard(*focus, view);
+            QVERIFY2(view.rect().contains(place), qPrintable(focus->objectName()));
             pressKey(focus, Qt::Key_Tab);
         }
         QVERIFY(reached.size() > 40);
+    }
+
+    void theCommandBarNeverScrollsAway_data() { addFonts(); }
+    void theCommandBarNeverScrollsAway() {
+        QFETCH(const double, font);
+        const LargerFont larger(font);
+        const Simulator s;
+        QVERIFY(s.window.screen()->availableGeometry().contains(s.window.frameGeometry()));
+        const auto* area = s.window.centralWidget()->findChild<ScrollingContent*>();
+        for (QScrollBar* bar : {area->horizontalScrollBar(), area->verticalScrollBar()}) {
+            bar->setValue(bar->maximum());
+        }
+        for (const char* name :
+             {"Ejecutar", "Eje_paso", "CargarHEX", "Ensamblar", "Editar", "about", "Reset"}) {
+            const QAbstractButton* button = s.button(name);
+            const QRect place(button->mapTo(&s.window, QPoint()), button->size());
+            QVERIFY2(s.window.rect().contains(place) && button->width() >= button->sizeHint().width(), name);
+            QVERIFY2(!button->visibleRegion().isEmpty() &&
+                         button->visibleRegion().boundingRect() == button->rect(),
+                     name);
+        }
+    }
+
+    /// The ports give way first, and scroll.
+    void memoryKeepsEightRows_data() { addFonts(); }
+    void memoryKeepsEightRows() {
+        QFETCH(const double, font);
+        const LargerFont larger(font);
+        const Simulator s;
+        const auto rows = [&s](const char* name) {
+            return s.grid(name)->viewport()->height() / s.grid(name)->rowHeight(0);
+        };
+        QVERIFY2(rows("grdmem") >= 8, qPrintable(QString::number(rows("grdmem"))));
+        QVERIFY2(rows("grdport") == 16 || rows("grdmem") == 8, qPrintable(QString::number(rows("grdport"))));
+        QVERIFY(rows("grdport") >= 4);
+        QCOMPARE(s.grid("grdport")->verticalScrollBar()->maximum() > 0, rows("grdport") < 16);
+        s.grid("grdport")->setFocus();
+        pressKey(s.grid("grdport"), Qt::Key_End, Qt::ControlModifier);
+        QVERIFY(s.grid("grdport")->viewport()->rect().contains(
+            s.grid("grdport")->visualRect(s.grid("grdport")->model()->index(15, 15))));
+    }
+
+    /// Whatever the letters: what has no room in it scrolls.
+    void theHaltDialogFitsTheScreen_data() { addFonts(); }
+    void theHaltDialogFitsTheScreen() {
+        QFETCH(const double, font);
+        const LargerFont larger(font);
+        Simulator s;
+        s.load(0, QByteArray::fromHex("76"));
+        s.dialogs.expectWindow("Halt", [](QWidget* dialog) {
+            QVERIFY(dialog->screen()->availableGeometry().contains(dialog->frameGeometry()));
+            QWidget* aceptar = dialog->findChild<QAbstractButton*>("aceptar");
+            aceptar->setFocus();
+            QCOMPARE(aceptar->visibleRegion().boundingRect(), aceptar->rect());
+            clickIn(aceptar);
+        });
+        s.press("Eje_paso");
     }
 
     /// In a list that is higher than the window, the selected row is what must be seen.
     void theSelectedRowStaysInView() {
         const LargerFont twice(2);
         const Simulator s;
-        const auto* area = s.window.findChild<ScrollingContent*>();
+        const auto* area = s.window.centralWidget()->findChild<ScrollingContent*>();
         s.listing()->setFocus();
         for (int i = 0; i < s.listing()->count() + 5; ++i) {
             pressKey(s.listing(), Qt::Key_Down);

@@ -10,6 +10,7 @@
 
 #include "tests/support/RealInput.h"
 #include "tests/ui/main/Simulator.h"
+#include "ui/common/ScrollingContent.h"
 
 using namespace tavinor;
 
@@ -103,11 +104,24 @@ class AppearanceTest : public QObject {
     }
     void cleanup() { s_.reset(); }
 
+    /// Nothing scrolls there.
+    void fitsASmallScreen_data() {
+        QTest::addColumn<QSize>("screen");
+        for (const QSize& screen : {smallScreen, QSize(1024, 768)}) {
+            QTest::addRow("%d", screen.width()) << screen;
+        }
+    }
     void fitsASmallScreen() {
+        QFETCH(const QSize, screen);
+        constexpr int frames = 16;
         const QSize needed = s_->window.minimumSizeHint();
-        QVERIFY2(needed.width() <= smallScreen.width() &&
-                     needed.height() <= smallScreen.height() - panelAndTitleBar,
+        QVERIFY2(needed.width() <= screen.width() - frames &&
+                     needed.height() <= screen.height() - panelAndTitleBar,
                  qPrintable(QStringLiteral("%1x%2").arg(needed.width()).arg(needed.height())));
+        s_->window.resize(screen - QSize(frames, panelAndTitleBar));
+        const auto* area = s_->window.centralWidget()->findChild<ScrollingContent*>();
+        QTRY_COMPARE(area->horizontalScrollBar()->maximum(), 0);
+        QTRY_COMPARE(area->verticalScrollBar()->maximum(), 0);
     }
 
     void everyControlHasItsNames() { checkNames(&s_->window); }
