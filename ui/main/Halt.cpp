@@ -7,10 +7,13 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
+#include "ui/common/ScrollingContent.h"
 
 namespace tavinor {
 
@@ -60,7 +63,8 @@ void Halt::layOut() {
     Label33->setBuddy(txtVec);
     useFont(Label1, [] { return arialFont(1.2, true); });
     useFont(Label2, [] { return arialFont(1.0, false); });
-    auto* layout = new QVBoxLayout(this);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
     layout->addWidget(Label1);
     layout->addWidget(Label2);
     for (int i = 0; i < optionCount; ++i) {
@@ -92,13 +96,28 @@ void Halt::layOut() {
     setTabOrder(opt[intr], txtVec);
     setTabOrder(txtVec, eje);
     setTabOrder(eje, aceptar);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
+    auto* around = new QVBoxLayout(this);
+    around->setContentsMargins(0, 0, 0, 0);
+    around->addWidget(new ScrollingContent(content, nullptr, this));
+    around->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void Halt::ask() {
+/// Its lower edge is the listing's, and what it has no room for there lies beyond the left edge of the
+/// window, as far as the screen allows. Its frame is not known before it is shown; the main window's is.
+QPoint Halt::firstPlace(const QRect& listing) const {
+    const QWidget* owner = parentWidget()->window();
+    const QSize whole = sizeHint() + owner->frameGeometry().size() - owner->size();
+    const QRect available = owner->screen()->availableGeometry();
+    const int left = std::min(
+        {listing.left(), listing.right() + 1 - whole.width(), available.right() + 1 - whole.width()});
+    const int top = std::min(listing.bottom(), available.bottom()) + 1 - whole.height();
+    return {std::max(left, available.left()), std::max(top, available.top())};
+}
+
+void Halt::ask(const QRect& listing) {
     QEventLoop loop;
     const QScopedValueRollback<QEventLoop*> mine(showing_, &loop);
-    if (place_) move(*place_);
+    move(place_.value_or(firstPlace(listing)));
     show();
     // Shown again before the window system has noticed that it was hidden, the dialog would count as
     // inactive, and its box could be typed in without ever being entered.

@@ -28,8 +28,9 @@ class Halt : public QDialog {
     explicit Halt(QWidget* parent);
 
     /// Shows the dialog and returns when the chosen way out has been carried out. It may be called again
-    /// while the way out runs, when that executes another HLT.
-    void ask();
+    /// while the way out runs, when that executes another HLT. The first time it stands over the lower part
+    /// of `listing` (on the screen), which tells least while the processor is halted.
+    void ask(const QRect& listing);
 
     /// Enables the options of the requests that the machine allows; RESET and TRAP always are.
     void allow(const RequestsAllowed& allowed);
@@ -51,6 +52,7 @@ class Halt : public QDialog {
 
   private:
     void layOut();
+    [[nodiscard]] QPoint firstPlace(const QRect& listing) const;
     void aceptar_Click();
     void opt_Click(int index);
     /// Selects an option without any question.

@@ -191,7 +191,7 @@ void Principal::savport(std::int32_t dir, std::int32_t dat) {
 void Principal::halt() {
     showAll();  // in the trace, the row of this HLT is there already
     heldPaints_.letGo();
-    halt_->ask();
+    halt_->ask({listing_->mapToGlobal(QPoint()), listing_->size()});
     if (!halt_->continues()) stopRun();
 }
 

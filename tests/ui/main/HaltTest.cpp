@@ -1,6 +1,8 @@
 #include <QCheckBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTest>
 
 #include "tests/support/RealInput.h"
@@ -39,6 +41,19 @@ class HaltTest : public QObject {
             vector()->showText("00");
             clickIn(aceptar());
         });
+    }
+    static QRect onTheScreen(const QWidget& widget) { return {widget.mapToGlobal(QPoint()), widget.size()}; }
+    /// The controls under `dialog` that must be read while the processor is halted.
+    [[nodiscard]] QStringList coveredBy(const QRect& dialog) const {
+        QStringList names;
+        for (const auto* group : s_->window.findChildren<QGroupBox*>()) {
+            const bool read =
+                QStringList({"Registros", "Interrupciones", "Puertos de E/S"}).contains(group->title());
+            for (const QWidget* widget : read ? group->findChildren<QWidget*>() : QList<QWidget*>()) {
+                if (dialog.intersects(onTheScreen(*widget))) names.append(widget->objectName());
+            }
+        }
+        return names;
     }
     void expectHaltAndChoose(Halt::Option way) const {
         expectHalt([this, way] {
@@ -284,6 +299,49 @@ class HaltTest : public QObject {
         s_->dialogs.expectMessage("Valor incorrecto");
         s_->press("Eje_paso");
         QCOMPARE(s_->text("txtPC"), "0010");
+    }
+
+    void firstOverTheListing_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("as the window opens") << QSize();
+        QTest::newRow("the whole screen") << QSize(1366, 730);
+        QTest::newRow("a small screen") << QSize(1008, 704);
+    }
+
+    void firstOverTheListing() {
+        QFETCH(QSize, size);
+        if (size.isValid()) s_->window.resize(size);
+        prepareHalt(true);
+        expectHalt([this] {
+            QTest::qWait(50);  // for the window manager
+            const QRect dialog = s_->halt()->frameGeometry();
+            QVERIFY(s_->window.screen()->availableGeometry().contains(dialog));
+            QCOMPARE(coveredBy(dialog), QStringList());
+            const QRect listing = onTheScreen(*s_->listing());
+            QVERIFY(dialog.intersects(listing) && dialog.bottom() <= listing.bottom() + 30);
+            QVERIFY2(dialog.top() > listing.top() + listing.height() / 3, "the upper rows can be read");
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+    }
+
+    void afterwardsWhereItWasLeft() {
+        prepareHalt(false);
+        constexpr QPoint elsewhere(300, 100);
+        expectHalt([this, elsewhere] {
+            s_->halt()->move(elsewhere);
+            QTest::qWait(50);
+            clickIn(option(Halt::trap));
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        s_->enter("txtPC", "0100");
+        expectHalt([this, elsewhere] {
+            QTest::qWait(50);
+            QVERIFY((s_->halt()->pos() - elsewhere).manhattanLength() < 5);
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
     }
 
     void inAStepThereIsNothingToContinue() {
