@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPolygonF>
 
+#include "ui/common/Contrast.h"
 #include "ui/main/ListingPanel.h"
 
 namespace tavinor {
@@ -33,9 +34,11 @@ void paintTriangle(QPainter* painter, const QRectF& place, const QColor& colour)
         QPolygonF({place.topLeft(), QPointF(place.right(), place.center().y()), place.bottomLeft()}));
 }
 
-void paintDisc(QPainter* painter, const QRectF& place, const QPalette& palette) {
-    const bool dark = palette.color(QPalette::Base).lightness() < 128;
-    painter->setBrush(dark ? QColor(0xEF, 0x53, 0x50) : QColor(0xC6, 0x28, 0x28));
+/// Red, as far as it stands out from the row.
+void paintDisc(QPainter* painter, const QRectF& place, const QColor& paper, const QColor& ink) {
+    const bool dark = paper.lightness() < 128;
+    const QColor red = dark ? QColor(0xEF, 0x53, 0x50) : QColor(0xC6, 0x28, 0x28);
+    painter->setBrush(standingOut(red, paper, ink, markContrast));
     painter->drawEllipse(place);
 }
 
@@ -51,9 +54,11 @@ void ListingRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     style->drawControl(QStyle::CE_ItemViewItem, &row, painter, row.widget);
 
     const bool selected = (row.state & QStyle::State_Selected) != 0;
-    const QPalette::ColorGroup group =
-        (row.state & QStyle::State_Active) != 0 ? QPalette::Active : QPalette::Inactive;
+    const bool focused =
+        row.state.testFlag(QStyle::State_Active) && row.widget != nullptr && row.widget->hasFocus();
+    const QPalette::ColorGroup group = focused ? QPalette::Active : QPalette::Inactive;
     const QColor ink = row.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor paper = row.palette.color(group, selected ? QPalette::Highlight : QPalette::Base);
     const bool isProgramCounter = index.data(ListingView::programCounterRole).toBool();
     const Gutter gutter = gutterOf(row.rect);
 
@@ -63,7 +68,7 @@ void ListingRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     if (isProgramCounter) paintTriangle(painter, gutter.programCounter, ink);
     constexpr int mark = ListingView::breakpointColumn;
     if (text.size() > mark && text.at(mark) == '*') {
-        paintDisc(painter, gutter.breakpoint, row.palette);
+        paintDisc(painter, gutter.breakpoint, paper, ink);
     }
     QFont font = row.font;
     font.setBold(isProgramCounter);

@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "ui/common/ApplicationIcon.h"
+#include "ui/common/ReadableStyle.h"
 #include "ui/common/Translations.h"
 #include "ui/program/EndSignals.h"
 #include "ui/program/LastResort.h"
@@ -18,6 +19,7 @@ int main(int argc, char* argv[]) {
     // last.
     QApplication::setQuitOnLastWindowClosed(false);
     tavinor::installSpanish(application);
+    tavinor::installReadableStyle(application);
 
     tavinor::Program program;
     QObject::connect(&program, &tavinor::Program::ended, &application, [] { QApplication::exit(); });
