@@ -13,7 +13,7 @@ from contextlib import contextmanager
 from functools import partial
 
 from desktop import Failure, Program, check, key, play_all, wait_for, write
-from session import SessionManager
+from session import INTERACT_NONE, SessionManager
 
 EDITED_TEXT = "Texto del programa"
 QUESTION = " prueba.asm ha cambiado\n¿Desea guardarlo?"
@@ -243,6 +243,13 @@ def meets_the_end_of_the_session(program):
         check("the source", lambda: content(p.source), NEW + b"\r\n")
 
 
+def may_not_ask_at_the_end_of_the_session(program):
+    with SessionManager() as session, Writer(program) as p:
+        p.writes()
+        session.end_session(INTERACT_NONE)
+        p.expect_rescue()
+
+
 def main():
     program = os.path.abspath(sys.argv[1])
     # A shell may have started this with some of them ignored, and the program takes that over.
@@ -261,6 +268,7 @@ def main():
         "meets_a_message_box": partial(meets, message_box, ()),
         "meets_the_assembler": partial(meets, assembler_window, ("prueba.HEX", "prueba.LST")),
         "meets_the_end_of_the_session": meets_the_end_of_the_session,
+        "may_not_ask_at_the_end_of_the_session": may_not_ask_at_the_end_of_the_session,
         "loses_its_display": loses_its_display,
         "loses_its_display_in_a_run": partial(loses_its_display, during=in_a_run, others=["prueba.hex"]),
     }

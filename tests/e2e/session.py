@@ -20,6 +20,7 @@ ice.IceAcceptConnection.restype = c_void_p
 ice.IceComposeNetworkIdList.restype = c_char_p
 for function, arguments in (
     (ice.IceComposeNetworkIdList, [c_int, c_void_p]),
+    (ice.IceFreeListenObjs, [c_int, c_void_p]),
     (ice.IceGetListenConnectionNumber, [c_void_p]),
     (ice.IceSetHostBasedAuthProc, [c_void_p, c_void_p]),
     (ice.IceAcceptConnection, [c_void_p, POINTER(c_int)]),
@@ -60,22 +61,23 @@ class SessionManager:
     def __init__(self):
         self.client = None
         self.events = []
-        self.ending = self.over = False
+        self.ending = None  # how programs may ask the user at the end that has been called for
+        self.over = False
         self.connections = []
         self.told = [Told(self._noting(name)) for name in TOLD]
         self.new_client = NewClient(self._new_client)
         self.trusts = Trusts(lambda _: 1)
         self.broken = Broken(lambda _: None)  # a program that has gone; libICE would end this one, too
         ice.IceSetIOErrorHandler(self.broken)
-        self.listeners, count, error = c_void_p(), c_int(), ctypes.create_string_buffer(256)
+        self.listeners, self.count, error = c_void_p(), c_int(), ctypes.create_string_buffer(256)
         if not sm.SmsInitialize(b"test", b"1", self.new_client, None, self.trusts, 256, error):
             raise RuntimeError(error.value)
-        if not ice.IceListenForConnections(byref(count), byref(self.listeners), 256, error):
+        if not ice.IceListenForConnections(byref(self.count), byref(self.listeners), 256, error):
             raise RuntimeError(error.value)
-        self.sockets = [c_void_p.from_address(self.listeners.value + 8 * i).value for i in range(count.value)]
+        self.sockets = [c_void_p.from_address(self.listeners.value + 8 * i).value for i in range(self.count.value)]
         for socket in self.sockets:
             ice.IceSetHostBasedAuthProc(socket, ctypes.cast(self.trusts, c_void_p))
-        self.address = ice.IceComposeNetworkIdList(count, self.listeners).decode()
+        self.address = ice.IceComposeNetworkIdList(self.count, self.listeners).decode()
 
     def __enter__(self):
         os.environ["SESSION_MANAGER"] = self.address
@@ -87,9 +89,10 @@ class SessionManager:
         del os.environ["SESSION_MANAGER"]
         self.over = True
         self.thread.join()
+        ice.IceFreeListenObjs(self.count, self.listeners)  # for the next one to listen where this one did
 
-    def end_session(self):
-        self.ending = True
+    def end_session(self, interaction=INTERACT_ANY):
+        self.ending = interaction
 
     def _serve(self):
         while not self.over:
@@ -103,9 +106,9 @@ class SessionManager:
                         self.connections.append(connection)
                 elif ice.IceProcessMessages(talking[number], None, None) != 0:
                     self.connections.remove(talking[number])
-            if self.ending and self.client:
-                self.ending = False
-                sm.SmsSaveYourself(self.client, SAVE_BOTH, 1, INTERACT_ANY, 0)
+            if self.ending is not None and self.client:
+                interaction, self.ending = self.ending, None
+                sm.SmsSaveYourself(self.client, SAVE_BOTH, 1, interaction, 0)
 
     def _new_client(self, client, _, mask, callbacks, __):
         mask[0] = ALL_CALLBACKS

@@ -284,9 +284,8 @@ bool Editor::mayOverwrite() {
     if (!known_.differFrom(path)) return true;
     const QString question = QStringLiteral("El fichero ") + path +
                              QStringLiteral(" ha cambiado en el disco\r\n¿Desea sobreescribirlo?");
-    if (askYesNo(this, question, DefaultAnswer::no)) return true;
-    changed_ = true;  // it is not what is on disk
-    return false;
+    changed_ = true;  // not what is on disk, also while the question is open
+    return askYesNo(this, question, DefaultAnswer::no);
 }
 
 void Editor::showCaption() {

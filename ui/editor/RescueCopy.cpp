@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include "files/ReplacedFile.h"
 #include "ui/common/Paths.h"
@@ -46,7 +45,8 @@ class Writer {
   private:
     /// Each chunk is encoded as a text of its own, but only the first one begins with the mark.
     void write() {
-        const std::string bytes = encode(std::exchange(chunk_, {}), encoding_);
+        const std::string bytes = encode(chunk_, encoding_);
+        chunk_.clear();
         good_ = good_ && file_.write(std::string_view(bytes).substr(first_ ? 0 : markSize_));
         first_ = false;
     }

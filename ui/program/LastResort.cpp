@@ -42,8 +42,9 @@ constexpr std::array crashSignals{SIGABRT, SIGBUS, SIGSEGV};
 std::array<struct sigaction, crashSignals.size()> otherCrash{};
 
 /// The crash may have left anything in disorder; the attempt is worth it, but it must not take long. What
-/// would have happened happens afterwards: the instruction is tried again, or `abort` goes on.
-void atCrash(int /*signal*/) {
+/// would have happened happens afterwards, also where another process has sent the signal: it comes again as
+/// soon as this one has been handled.
+void atCrash(int signal) {
     constexpr unsigned longest = 10;  // seconds
     for (std::size_t i = 0; i < crashSignals.size(); ++i) {
         ::sigaction(crashSignals[i], &otherCrash[i], nullptr);
@@ -51,6 +52,7 @@ void atCrash(int /*signal*/) {
     ::alarm(longest);
     if (waiting != nullptr) waiting->act();
     ::alarm(0);
+    ::raise(signal);
 }
 
 void watchForCrashes(bool on) {

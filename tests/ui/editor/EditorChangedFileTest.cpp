@@ -95,6 +95,23 @@ class EditorChangedFileTest : public QObject {
         f.discard();
     }
 
+    /// The program may end while the question is open, and nothing but the editor has the old text any more.
+    void theTextIsRescuedWhileItAsks() {
+        EditorFixture f;
+        QVERIFY(f.open(f.put("a.asm", "A\r\n")));
+        f.put("a.asm", "B\r\n");
+        {
+            DialogAnswerer dialogs;
+            dialogs.expectWindow("messageBox", [&f](QWidget* box) {
+                f.editor.rescue();
+                pressKey(box, Qt::Key_Escape);
+            });
+            pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
+        }
+        QCOMPARE(f.get("a.asm.rescate"), QByteArray("A\r\n"));
+        f.discard();
+    }
+
     void aNewFileThatHasComeMeanwhile() {
         EditorFixture f;
         DialogAnswerer dialogs;

@@ -91,7 +91,7 @@ class KnownContentsTest : public QObject {
         QVERIFY(known.differFrom(path()));
     }
 
-    /// Its size tells enough: nobody waits until all of it has been read.
+    /// Its size tells enough: the user does not wait until all of it has been read.
     void aFileThatIsLargerThanAnySource() {
         put("uno");
         KnownContents known;

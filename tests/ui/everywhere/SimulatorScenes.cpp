@@ -8,8 +8,11 @@ namespace tavinor {
 
 namespace {
 
-void pressAceptar(QWidget& dialog) {
-    clickIn(dialog.findChild<QAbstractButton*>(QStringLiteral("aceptar")));
+/// On a small screen the dialog scrolls, and the focus brings a button into view.
+void press(const QWidget& dialog, const char* name) {
+    auto* button = dialog.findChild<QAbstractButton*>(QString::fromLatin1(name));
+    button->setFocus();
+    clickIn(button);
 }
 
 void emptySimulator(const Look& look) {
@@ -39,7 +42,7 @@ void haltAfterAStep(const Look& look) {
     s.load(0, QByteArray::fromHex("76"));
     s.dialogs.expectWindow(QStringLiteral("Halt"), [&look](QWidget* dialog) {
         look(*dialog);
-        pressAceptar(*dialog);
+        press(*dialog, "aceptar");
     });
     s.press(QStringLiteral("Eje_paso"));
 }
@@ -50,8 +53,8 @@ void haltInARun(const Look& look) {
     s.load(0, QByteArray::fromHex("FB76"));
     s.dialogs.expectWindow(QStringLiteral("Halt"), [&look](QWidget* dialog) {
         look(*dialog);
-        clickIn(dialog->findChild<QAbstractButton*>(QStringLiteral("eje")));
-        pressAceptar(*dialog);
+        press(*dialog, "eje");
+        press(*dialog, "aceptar");
     });
     s.press(QStringLiteral("Ejecutar"));
 }

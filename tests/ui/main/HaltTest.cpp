@@ -267,6 +267,21 @@ class HaltTest : public QObject {
         QVERIFY(!s_->halt()->isVisible());
     }
 
+    /// No hand reaches the main window while the dialog is there.
+    void aToolsPressBehindTheDialogDoesNothing() {
+        prepareHalt(false);
+        expectHalt([this] {
+            const QString before = s_->text("txtPC");
+            QVERIFY(pressByAssistiveTool(s_->button("Trap")));
+            QCOMPARE(s_->text("txtPC"), before);
+            clickIn(aceptar());
+        });
+        s_->press("Eje_paso");
+        QVERIFY(!s_->halt()->isVisible());
+        QVERIFY(pressByAssistiveTool(s_->button("Trap")));
+        QCOMPARE(s_->text("txtPC"), "0024");
+    }
+
     void aToolsChoiceLeavesTheVector() {
         prepareHalt(true);
         expectHalt([this] {

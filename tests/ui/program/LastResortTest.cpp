@@ -25,7 +25,7 @@ std::atomic<std::size_t> mostHeld = SIZE_MAX;
 
 }  // namespace
 
-/// In place of the library's: memory is out when more than `mostHeld` is held.
+/// In place of the library's, in all the forms that it uses: memory is out when more than `mostHeld` is held.
 void* operator new(std::size_t size) {
     if (held + size > mostHeld) throw std::bad_alloc();
     void* memory = std::malloc(size);
@@ -83,7 +83,7 @@ void loseMemory() {
 /// What happens inside an event handler.
 void happens(std::string_view what) {
     if (what == "exit") std::exit(EXIT_SUCCESS);
-    if (what == "exception") throw std::runtime_error("nobody catches this");
+    if (what == "exception") throw std::runtime_error("there is no handler for this");
     if (what == "memory") loseMemory();
     if (what == "abort") std::abort();
     if (what == "crash") crash();
@@ -106,15 +106,21 @@ class LastResortTest : public QObject {
     Q_OBJECT
 
   private:
-    static QByteArray outputOf(const QString& what) {
+    struct End {
+        QByteArray output;
+        bool good;
+    };
+
+    static End endOf(const QString& what) {
         QProcess program;
         program.setProcessChannelMode(QProcess::SeparateChannels);
         program.start(QApplication::applicationFilePath(), {"happens", what});
         if (!program.waitForFinished()) {
             program.kill();
-            return "does not end";
+            return {"does not end", false};
         }
-        return program.readAllStandardOutput();
+        const bool good = program.exitStatus() == QProcess::NormalExit && program.exitCode() == EXIT_SUCCESS;
+        return {program.readAllStandardOutput(), good};
     }
 
   private slots:
@@ -131,7 +137,9 @@ class LastResortTest : public QObject {
     void isReached() {
         QFETCH(bool, is);
         const QByteArray expected = is ? QByteArray(rescued.data(), rescued.size()) : QByteArray();
-        QCOMPARE(outputOf(QTest::currentDataTag()), expected);  // once
+        const End end = endOf(QTest::currentDataTag());
+        QCOMPARE(end.output, expected);  // once
+        QCOMPARE(end.good, !is);         // and it has ended by what happened
     }
 
     void actsOnce() {

@@ -1,0 +1,62 @@
+#include "assembler/window/PaneFeeder.h"
+
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "tests/support/DialogAnswerer.h"
+#include "tests/support/RealInput.h"
+
+using namespace tavinor;
+
+/// What is in the panes, whatever the clock has let through so far.
+class PaneFeederTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void aPaneKeepsNothingOfThePassBefore() {
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, nullptr);
+        feeder.appended(Pane::listing, "uno\r\n");
+        feeder.appended(Pane::report, "otro\r\n");
+        feeder.finish();
+        feeder.cleared(Pane::listing);
+        feeder.appended(Pane::listing, "dos\r\n");
+        feeder.finish();
+        QCOMPARE(listing.toPlainText(), QString("dos\n"));
+        QCOMPARE(report.toPlainText(), QString("otro\n"));
+    }
+
+    void whatWasNeverShownIsClearedToo() {
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, nullptr);
+        feeder.appended(Pane::listing, "uno\r\n");
+        feeder.cleared(Pane::listing);
+        feeder.appended(Pane::listing, "dos\r\n");
+        feeder.finish();
+        QCOMPARE(listing.toPlainText(), QString("dos\n"));
+    }
+
+    void aBoxComesWhenAllThatWasSaidBeforeIsShown() {
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, &listing);
+        QVERIFY(showActive(&listing));
+        feeder.appended(Pane::listing, "uno\r\n");
+        feeder.appended(Pane::report, "otro\r\n");
+        QString shown;
+        DialogAnswerer dialogs;
+        dialogs.expectWindow("messageBox", [&](QWidget* box) {
+            shown = listing.toPlainText() + report.toPlainText();
+            clickIn(box->findChild<QPushButton*>());
+        });
+        feeder.message("Error creando fichero");
+        QVERIFY(dialogs.allCame());
+        QCOMPARE(shown, QString("uno\notro\n"));
+    }
+};
+
+QTEST_MAIN(PaneFeederTest)
+#include "PaneFeederTest.moc"
