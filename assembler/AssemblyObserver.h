@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "files/WorkObserver.h"
+
 namespace tavinor {
 
 /// The two texts that an assembly writes.
@@ -11,9 +13,9 @@ enum class Pane : std::uint8_t {
     report,   ///< `filehex`: the errors, or the HEX records.
 };
 
-/// Watches an assembly while it runs: whoever repeats these calls holds the texts of the result. Every member
-/// does nothing unless it is overridden.
-class AssemblyObserver {
+/// Watches an assembly while it runs, and can cancel it: whoever repeats these calls holds the texts of the
+/// result. Every member does nothing unless it is overridden.
+class AssemblyObserver : public WorkObserver {
   public:
     /// The pane is empty again.
     virtual void cleared(Pane) {}
@@ -21,11 +23,9 @@ class AssemblyObserver {
     virtual void appended(Pane, std::string_view) {}
     /// A text for a modal box, at the moment it is due.
     virtual void message(std::string_view) {}
-
-    AssemblyObserver() = default;
-    AssemblyObserver(const AssemblyObserver&) = delete;
-    AssemblyObserver& operator=(const AssemblyObserver&) = delete;
-    virtual ~AssemblyObserver() = default;
+    /// The passes are over and their texts are complete: the last moment to cancel, by false. No file has
+    /// been written yet.
+    virtual bool passesOver() { return true; }
 };
 
 }  // namespace tavinor

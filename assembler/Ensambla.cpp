@@ -30,24 +30,20 @@ class Run {
     }
 
     void assemble(std::string bytes, std::span<const std::string_view> opcodes) {
-        const OpcodeTable table = creatabla(opcodes);
-        for (int i = 0; i < table.rowsOutOfOrder(); ++i) observer_.message(message::badTable);
-        DecodedText decoded = decode(std::move(bytes));
-        result_.encoding = decoded.encoding;
-        if (decoded.text.empty()) return fail(message::emptyFile);
-
-        SourceText source(std::move(decoded.text));
-        Passes passes(table, source, listing_, report_);
-        if (!passes.split() || !passes.place()) return;
-        result_.symbols = passes.symbols();
-        result_.assembled = passes.encode(result_.image);
+        try {
+            pass(std::move(bytes), opcodes);
+            listing_.flush();
+            report_.flush();
+            if (!observer_.passesOver()) throw Cancelled{};
+        } catch (const Cancelled&) {
+            result_.cancelled = true;
+            result_.assembled = false;
+        }
         if (!result_.assembled) result_.image.fill(noByte);
     }
 
     void writeHex(const std::filesystem::path& path) {
-        if (!result_.assembled) return;
-        listing_.flush();
-        result_.assembled = creafilehex(result_.image, path, report_, observer_);
+        if (result_.assembled) result_.assembled = creafilehex(result_.image, path, report_, observer_);
     }
 
     AssemblyResult finish() {
@@ -57,6 +53,20 @@ class Run {
     }
 
   private:
+    void pass(std::string bytes, std::span<const std::string_view> opcodes) {
+        const OpcodeTable table = creatabla(opcodes);
+        for (int i = 0; i < table.rowsOutOfOrder(); ++i) observer_.message(message::badTable);
+        DecodedText decoded = decode(std::move(bytes));
+        result_.encoding = decoded.encoding;
+        if (decoded.text.empty()) return fail(message::emptyFile);
+
+        SourceText source(std::move(decoded.text));
+        Passes passes(table, source, listing_, report_, observer_);
+        if (!passes.split() || !passes.place()) return;
+        result_.symbols = passes.symbols();
+        result_.assembled = passes.encode(result_.image);
+    }
+
     AssemblyObserver& observer_;
     PaneText listing_;
     PaneText report_;

@@ -17,6 +17,7 @@ namespace tavinor {
 /// What a run of the assembler gave.
 struct AssemblyResult {
     bool assembled = false;            ///< No error was found and, by `Ensambla`, the HEX file was written.
+    bool cancelled = false;            ///< The observer did not let it go on; the texts end there.
     std::string listing;               ///< What the listing pane shows: UTF-8, lines end in CR LF.
     std::string report;                ///< What the report pane shows: the errors, or the HEX records.
     std::vector<SymbolEntry> symbols;  ///< Empty unless the labels were free of errors.
@@ -25,13 +26,14 @@ struct AssemblyResult {
 };
 
 /// Assembles the bytes of a source file in three passes: splits the lines, places the statements, encodes
-/// them. A pass with errors goes on to its end, and is the last one. Writes no file.
+/// them. A pass with errors goes on to its end, and is the last one. Writes no file. @throws std::bad_alloc
 /// `opcodes` are the sources of the opcode table.
 AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
                         std::span<const std::string_view> opcodes = opcodeSources);
 
 /// Assembles the file `file1` and, when there was no error, writes the HEX file `file2` and shows its records
-/// in the report pane. Writes no listing file: see `creafilelst`.
+/// in the report pane. Writes no listing file: see `creafilelst`. @throws std::bad_alloc, with the HEX file
+/// as it was.
 AssemblyResult Ensambla(const std::filesystem::path& file1, const std::filesystem::path& file2,
                         AssemblyObserver& observer);
 

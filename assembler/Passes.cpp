@@ -29,13 +29,24 @@ std::pair<std::size_t, std::size_t> linesBefore(const std::vector<SourceStatemen
 
 template <class Work>
 bool Passes::pass(Work work) {
+    constexpr std::size_t statementsBetween = 256;
     listing_.clear();
     try {
-        for (std::size_t i = 0; i < source_.statements().size(); ++i) work(i);
+        for (std::size_t i = 0; i < source_.statements().size(); ++i) {
+            if (i % statementsBetween == 0) tellProgress(i);
+            work(i);
+        }
     } catch (const TooManyErrors&) {
         // Reported; the pass ends here.
     }
+    ++passesDone_;
     return !errors_.any();
+}
+
+void Passes::tellProgress(std::size_t i) {
+    constexpr int passes = 3;
+    const double ofPass = static_cast<double>(i) / static_cast<double>(source_.statements().size());
+    observer_.report((passesDone_ + ofPass) / passes);
 }
 
 void Passes::echo(std::size_t i) {
@@ -122,9 +133,12 @@ void Passes::encodeInstruction(std::size_t i) {
     if (statement.size == 3) encodeOperand(i, statement.operand, NumberContext::word);
 }
 
+/// A source may be a single statement of millions of items.
 void Passes::encodeData(std::size_t i, NumberContext context) {
+    constexpr std::size_t bytesBetween = 4096;
     std::string_view rest = source_.statements()[i].operand;
     for (std::size_t comma = rest.find(','); comma != std::string_view::npos; comma = rest.find(',')) {
+        if (bytes_.size() % bytesBetween == 0) tellProgress(i);
         encodeOperand(i, rest.substr(0, comma), context);
         rest.remove_prefix(comma + 1);
     }

@@ -17,11 +17,16 @@
 namespace tavinor {
 
 /// The three passes over the statements of a source. Each begins an empty listing and reports all its errors;
-/// a later pass needs the ones before to be free of errors.
+/// a later pass needs the ones before to be free of errors. @throws Cancelled in each of them
 class Passes {
   public:
-    Passes(const OpcodeTable& table, SourceText& source, PaneText& listing, PaneText& report)
-        : table_(table), source_(source), listing_(listing), errors_(source, listing, report) {}
+    Passes(const OpcodeTable& table, SourceText& source, PaneText& listing, PaneText& report,
+           WorkObserver& observer)
+        : table_(table),
+          source_(source),
+          listing_(listing),
+          observer_(observer),
+          errors_(source, listing, report) {}
 
     /// Pass 1: label, code and operand of every statement.
     bool split();
@@ -35,6 +40,7 @@ class Passes {
   private:
     template <class Work>
     bool pass(Work work);
+    void tellProgress(std::size_t i);
     void echo(std::size_t i);
 
     void setAddress(std::size_t i);
@@ -51,11 +57,13 @@ class Passes {
     const OpcodeTable& table_;
     SourceText& source_;
     PaneText& listing_;
+    WorkObserver& observer_;
     ErrorReport errors_;
     SymbolTable symbols_;
     std::vector<std::uint8_t> bytes_;  // of one statement, like the next two; here to keep their space
     std::string digits_;
     std::string operand_;
+    int passesDone_ = 0;
 };
 
 }  // namespace tavinor

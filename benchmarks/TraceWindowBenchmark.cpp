@@ -15,9 +15,9 @@
 
 #include "benchmarks/IdleLoop.h"
 #include "ui/common/Translations.h"
+#include "ui/common/WorkProgress.h"
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"
-#include "ui/trace/SaveProgress.h"
 #include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceView.h"
 
@@ -97,7 +97,10 @@ void measureSaving(Listapasos& trace) {
     QElapsedTimer timer;
     timer.start();
     TraceFile file(trace.recorder().store(), path);
-    const bool saved = saveWithProgress(file, &trace, std::chrono::seconds(1)) == SaveResult::saved;
+    WorkProgress progress(&trace, {QStringLiteral("Guardando el listado..."), {}});
+    bool saved = file.open();
+    while (saved && !file.finished()) saved = progress.goesOn(file.fractionWritten()) && file.writeMore();
+    saved = file.close() && saved;
     const double seconds = static_cast<double>(timer.elapsed()) / 1000.0;
     const double megabytes = static_cast<double>(QFileInfo(path).size()) / 1e6;
     QFile::remove(path);

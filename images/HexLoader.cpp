@@ -2,6 +2,7 @@
 
 #include <array>
 #include <exception>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -63,8 +64,8 @@ LoadResult endOfFile(RecordCode last, bool checksumError, const std::filesystem:
 }
 
 LoadResult loadRecords(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints,
-                       Host& host) {
-    RecordReader reader(path);
+                       Host& host, WorkObserver& observer) {
+    RecordReader reader(path, observer);
     bool checksumError = false;
     RecordCode code = RecordCode::stored;
     while (std::optional<std::string> line = reader.next()) {
@@ -106,9 +107,14 @@ RecordCode extlinfic(std::string& cad, MachineState& m, Host& host) {
     return sumsToZero(sum + checksum) ? RecordCode::stored : RecordCode::badChecksum;
 }
 
-LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host) {
+LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host,
+                 WorkObserver& observer) {
     try {
-        return loadRecords(path, m, breakpoints, host);
+        return loadRecords(path, m, breakpoints, host, observer);
+    } catch (const Cancelled&) {
+        return {};
+    } catch (const std::bad_alloc&) {
+        throw;  // it says nothing about the file
     } catch (const std::exception&) {
         // Whatever stopped the reading, the file or a record past FFFF: what is stored stays.
         return {.loaded = false, .message = "Error en lectura", .rightAlignedBox = false};

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "files/WorkObserver.h"
 #include "machine/Host.h"
 #include "machine/MachineState.h"
 
@@ -21,7 +22,8 @@ enum class RecordCode : std::uint8_t {
     endRecord = 5,     ///< The end record, checksum correct.
 };
 
-/// How a load ended, and the box that the user sees after a failure; a success brings no text.
+/// How a load ended, and the box that the user sees after a failure; a success brings no text, and neither
+/// does a load that was cancelled.
 struct LoadResult {
     bool loaded = false;
     std::string message;           ///< UTF-8; a CR alone separates its two lines.
@@ -39,6 +41,9 @@ RecordCode extlinfic(std::string& cad, MachineState& m, Host& host);
 /// Loads a file up to its end record. Every byte is stored as it is read, and a failure takes none of them
 /// back. Only a successful load clears the breakpoints, and it is successful whatever the checksums of the
 /// data records were.
-LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host);
+/// `observer` can cancel it; what is stored by then stays too.
+/// @throws std::bad_alloc
+LoadResult carga(const std::filesystem::path& path, MachineState& m, Breakpoints& breakpoints, Host& host,
+                 WorkObserver& observer);
 
 }  // namespace tavinor

@@ -1,6 +1,8 @@
 #include "images/RecordReader.h"
 
+#include <algorithm>
 #include <ios>
+#include <system_error>
 
 namespace tavinor {
 
@@ -17,7 +19,7 @@ class TrimmedLine {
             if (length_ > 0) ++pendingBlanks_;
             return;
         }
-        for (; pendingBlanks_ > 0; --pendingBlanks_) append(' ');
+        appendBlanks();
         append(c);
     }
 
@@ -28,6 +30,14 @@ class TrimmedLine {
     }
 
   private:
+    /// There may be as many of them as a file holds.
+    void appendBlanks() {
+        const std::size_t needed = std::min(pendingBlanks_, RecordReader::maximumLength);
+        length_ += pendingBlanks_ - needed;
+        for (std::size_t i = 0; i < needed; ++i) append(' ');
+        pendingBlanks_ = 0;
+    }
+
     void append(char c) {
         ++length_;
         if (head_.size() < RecordReader::maximumLength) head_ += c;
@@ -42,22 +52,33 @@ class TrimmedLine {
     char last_ = '\0';
 };
 
+/// Never 0, so that it can be divided by.
+double sizeOf(const std::filesystem::path& path) {
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    return unknown ? 1.0 : static_cast<double>(std::max<std::uintmax_t>(size, 1));
+}
+
 }  // namespace
 
-RecordReader::RecordReader(const std::filesystem::path& path)
-    : file_(File::forReading(path)), buffer_(chunkSize) {
+RecordReader::RecordReader(const std::filesystem::path& path, WorkObserver& observer)
+    : file_(File::forReading(path)), observer_(observer), fileSize_(sizeOf(path)), buffer_(chunkSize) {
     if (!file_.isOpen()) throw std::ios_base::failure("cannot open");
 }
 
 int RecordReader::nextCharacter() {
-    if (position_ == filled_) {
-        const std::optional<std::size_t> count = file_.read(buffer_);
-        if (!count) throw std::ios_base::failure("cannot read");
-        filled_ = *count;
-        position_ = 0;
-        if (filled_ == 0) return endOfFile;
-    }
+    if (position_ == filled_) fillBuffer();
+    if (filled_ == 0) return endOfFile;
     return static_cast<unsigned char>(buffer_[position_++]);
+}
+
+void RecordReader::fillBuffer() {
+    observer_.report(std::min(bytesRead_ / fileSize_, 1.0));  // a file can grow while it is read
+    const std::optional<std::size_t> count = file_.read(buffer_);
+    if (!count) throw std::ios_base::failure("cannot read");
+    filled_ = *count;
+    bytesRead_ += static_cast<double>(filled_);
+    position_ = 0;
 }
 
 std::optional<std::string> RecordReader::next() {

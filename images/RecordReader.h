@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "files/File.h"
+#include "files/WorkObserver.h"
 
 namespace tavinor {
 
@@ -21,15 +23,20 @@ class RecordReader {
     static constexpr std::size_t maximumLength = 1 + 2 + 4 + 2 + 2 * 255 + 2;
 
     /// @throws std::ios_base::failure when `path` cannot be opened or is no regular file.
-    explicit RecordReader(const std::filesystem::path& path);
+    RecordReader(const std::filesystem::path& path, WorkObserver& observer);
 
-    /// The next line, or nothing at the end of the file. @throws std::ios_base::failure on a read error.
+    /// The next line, or nothing at the end of the file. @throws std::ios_base::failure on a read error;
+    /// Cancelled, also in the middle of a line.
     std::optional<std::string> next();
 
   private:
     int nextCharacter();
+    void fillBuffer();
 
     File file_;
+    WorkObserver& observer_;
+    double fileSize_;
+    double bytesRead_ = 0;
     std::vector<char> buffer_;
     std::size_t position_ = 0;
     std::size_t filled_ = 0;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -15,7 +16,9 @@
 #include "assembler/window/ErrorHighlighter.h"
 #include "assembler/window/PaneFeeder.h"
 #include "assembler/window/PathLabel.h"
+#include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
@@ -23,6 +26,10 @@
 namespace tavinor {
 
 namespace {
+
+/// What a byte of a source of short statements takes, about: in the assembler's tables, its listing and the
+/// pane.
+constexpr std::uint64_t memoryOfAByte = 80;
 
 /// A screen reader says the path, and then what it is the path of.
 PathLabel* pathLabel(const char* name, const char* description, QWidget* parent) {
@@ -109,6 +116,12 @@ bool Ensamblador::running() const {
 }
 
 void Ensamblador::run() {
+    const bool whole = guardMemory(this, [this] { assembleFiles(); });
+    if (!whole && running()) end(QStringLiteral("Ensamblado incorrecto"));
+}
+
+void Ensamblador::assembleFiles() {
+    requireMemory(static_cast<std::uint64_t>(QFileInfo(file1->text()).size()) * memoryOfAByte);
     PaneFeeder feeder(filelst, filehex, this);
     const AssemblyResult result = Ensambla(toPath(file1->text()), toPath(file2->text()), feeder);
     feeder.finish();
@@ -117,19 +130,24 @@ void Ensamblador::run() {
 }
 
 void Ensamblador::showOutcome(const AssemblyResult& result) {
-    const QString outcome =
-        result.assembled ? QStringLiteral("Ensamblado correcto") : QStringLiteral("Ensamblado incorrecto");
-    cerrar->setEnabled(true);
-    cerrar->setAccessibleDescription(outcome);  // a screen reader says it when the button gets the focus
-    Label1->setText(outcome);
+    if (result.cancelled) return end(QStringLiteral("Ensamblado cancelado"));
     if (result.assembled) {
+        end(QStringLiteral("Ensamblado correcto"));
         QApplication::beep();
-        cerrar->setFocus();
         return;
     }
+    const QString outcome = QStringLiteral("Ensamblado incorrecto");
+    end(outcome);
     filehex->moveCursor(QTextCursor::Start);  // the first error in view
     showMessage(this, outcome);
     filehex->setFocus();
+}
+
+void Ensamblador::end(const QString& outcome) {
+    cerrar->setEnabled(true);
+    cerrar->setAccessibleDescription(outcome);  // a screen reader says it when the button gets the focus
+    Label1->setText(outcome);
+    cerrar->setFocus();
 }
 
 void Ensamblador::closeEvent(QCloseEvent* event) {

@@ -22,7 +22,8 @@ class Ensamblador : public QDialog {
     explicit Ensamblador(QWidget* parent);
 
     /// Shows the window over its parent, assembles `source` into `hex` and writes `listing` (none when
-    /// empty); returns when the window has been closed. Once for each window.
+    /// empty); returns when the window has been closed. Once for each window. An assembly that takes long can
+    /// be cancelled.
     void assemble(const QString& source, const QString& hex, const QString& listing);
 
   protected:
@@ -32,7 +33,9 @@ class Ensamblador : public QDialog {
   private:
     void layOut();
     void run();
+    void assembleFiles();
     void showOutcome(const AssemblyResult& result);
+    void end(const QString& outcome);
     [[nodiscard]] bool running() const;
 
     PathLabel *file1, *file2, *file3;

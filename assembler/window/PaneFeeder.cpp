@@ -26,7 +26,11 @@ qsizetype firstPiece(const QByteArray& text) {
 }  // namespace
 
 PaneFeeder::PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget* window)
-    : listing_{listing, {}}, report_{report, {}}, window_(window) {
+    : listing_{listing, {}},
+      report_{report, {}},
+      window_(window),
+      progress_(std::in_place, window,
+                WorkTexts{QStringLiteral("Ensamblando el fichero..."), QStringLiteral("Parte ensamblada")}) {
     sinceShown_.start();
 }
 
@@ -36,6 +40,7 @@ void PaneFeeder::cleared(Pane pane) {
 }
 
 void PaneFeeder::appended(Pane pane, std::string_view text) {
+    if (cancelled_) return;
     QByteArray& waiting = feed(pane).waiting;
     if (text.size() <= longestPaneLine) {
         waiting.append(text.data(), static_cast<qsizetype>(text.size()));
@@ -43,10 +48,31 @@ void PaneFeeder::appended(Pane pane, std::string_view text) {
         waiting.append(withoutLongLines(text));
     }
     if (sinceShown_.elapsed() < showPeriod) return;
-    showPiece(listing_);
-    showPiece(report_);
-    QCoreApplication::processEvents();
+    showPieces();
     sinceShown_.restart();
+}
+
+/// The passes are about half of the work, and bringing their texts into the panes is the other half.
+bool PaneFeeder::goesOn(double done) {
+    return tellProgress(done / 2);
+}
+
+bool PaneFeeder::passesOver() {
+    const auto all = static_cast<double>(waiting());
+    while (waiting() > 0) {
+        showPieces();
+        if (!tellProgress(1 - static_cast<double>(waiting()) / all / 2)) return false;
+    }
+    return true;
+}
+
+bool PaneFeeder::tellProgress(double done) {
+    if (progress_ && !progress_->goesOn(done)) {
+        cancelled_ = true;
+        listing_.waiting.clear();
+        report_.waiting.clear();
+    }
+    return !cancelled_;
 }
 
 void PaneFeeder::message(std::string_view text) {
@@ -55,11 +81,14 @@ void PaneFeeder::message(std::string_view text) {
 }
 
 void PaneFeeder::finish() {
-    while (!listing_.waiting.isEmpty() || !report_.waiting.isEmpty()) {
-        showPiece(listing_);
-        showPiece(report_);
-        QCoreApplication::processEvents();
-    }
+    while (waiting() > 0) showPieces();
+    progress_.reset();
+}
+
+void PaneFeeder::showPieces() {
+    showPiece(listing_);
+    showPiece(report_);
+    QCoreApplication::processEvents();
 }
 
 /// Shows the next lines at the end of a pane, which is scrolled there.

@@ -2,8 +2,10 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <optional>
 
 #include "assembler/AssemblyObserver.h"
+#include "ui/common/WorkProgress.h"
 
 class QPlainTextEdit;
 class QWidget;
@@ -11,7 +13,8 @@ class QWidget;
 namespace tavinor {
 
 /// Passes the texts of an assembly on to the panes of its window, a few times a second, and lets the window
-/// paint meanwhile. Boxes are shown at their moment.
+/// paint meanwhile. Boxes are shown at their moment. Once it has taken a second, the user can cancel: what
+/// was not shown by then never is.
 class PaneFeeder : public AssemblyObserver {
   public:
     PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget* window);
@@ -19,8 +22,10 @@ class PaneFeeder : public AssemblyObserver {
     void cleared(Pane pane) override;
     void appended(Pane pane, std::string_view text) override;
     void message(std::string_view text) override;
+    bool goesOn(double done) override;
+    bool passesOver() override;
 
-    /// Shows what has come and was not shown yet.
+    /// Shows what has come and was not shown yet. There is nothing to cancel any more.
     void finish();
 
   private:
@@ -32,12 +37,17 @@ class PaneFeeder : public AssemblyObserver {
     };
 
     Feed& feed(Pane pane) { return pane == Pane::listing ? listing_ : report_; }
+    [[nodiscard]] qsizetype waiting() const { return listing_.waiting.size() + report_.waiting.size(); }
+    bool tellProgress(double done);
+    void showPieces();
     void showPiece(Feed& feed);
 
     Feed listing_;
     Feed report_;
     QWidget* window_;
     QElapsedTimer sinceShown_;
+    std::optional<WorkProgress> progress_;
+    bool cancelled_ = false;
 };
 
 }  // namespace tavinor

@@ -22,7 +22,7 @@ FOLDERS = {
     "machine": Folder(core=True),
     "images": Folder(includes=("files", "machine"), core=True),
     "assembler": Folder(includes=("files", "machine"), core=True),
-    "ui/common": Folder(includes=("machine",)),
+    "ui/common": Folder(includes=("files", "machine")),
     "ui/trace": Folder(includes=("files", "machine", "ui/common"), face=("Listapasos.h", "ShownBoxes.h")),
     "ui/editor": Folder(includes=("assembler", "files", "ui/common"), face=("Editor.h",)),
     "assembler/window": Folder(includes=("assembler", "ui/common"), face=("Ensamblador.h",)),
@@ -37,7 +37,7 @@ FOLDERS = {
 
 SYSTEM_SOURCES = ("files/File.cpp",)  # what of the core asks the operating system
 # What opens files by itself, and may: they are the system's own.
-OPENS_BY_ITSELF = ("ui/trace/AvailableMemory.cpp",)
+OPENS_BY_ITSELF = ("ui/common/AvailableMemory.cpp", "ui/common/ControlGroups.cpp")
 
 TESTS = "tests"
 WHOLE_PROGRAM_TESTS = ("monkey", "ui/everywhere")  # folders of tests that look into every window

@@ -66,6 +66,59 @@ TEST_F(Files, AGoodRunWritesTheHexFileAndShowsIt) {
     EXPECT_EQ(result.image[3], noByte);
 }
 
+/// Cancels at the call of this number, counted from 0.
+class ImpatientObserver : public RecordingObserver {
+  public:
+    explicit ImpatientObserver(int patience) : left_(patience) {}
+
+    bool goesOn(double done) override {
+        EXPECT_GE(done, last_);
+        EXPECT_LE(done, 1.0);
+        last_ = done;
+        return left_-- > 0;
+    }
+    bool passesOver() override { return left_-- > 0; }
+
+  private:
+    int left_;
+    double last_ = 0;
+};
+
+TEST_F(Files, CanBeCancelledAtAnyTimeBeforeTheHexFileIsWritten) {
+    std::string source;
+    for (int i = 0; i < 1000; ++i) source += "L" + std::to_string(i) + ": NOP\r\n";
+    source += " DFB 0";
+    for (int i = 0; i < 5000; ++i) source += ",1";
+    writeBytes(source_, source);
+    writeBytes(hex_, "antes");
+    int cancelled = 0;
+    for (;; ++cancelled) {
+        ImpatientObserver observer(cancelled);
+        const AssemblyResult result = Ensambla(source_, hex_, observer);
+        EXPECT_EQ(observer.panes[Pane::listing], result.listing);
+        EXPECT_EQ(observer.panes[Pane::report], result.report);
+        EXPECT_TRUE(observer.messages.empty());
+        if (!result.cancelled) break;
+        EXPECT_FALSE(result.assembled);
+        EXPECT_EQ(result.image[0], noByte);
+        EXPECT_EQ(readBytes(hex_), "antes");
+    }
+    EXPECT_GT(cancelled, 3 * 4);  // in each pass, in the long statement, and at the end
+    EXPECT_TRUE(readBytes(hex_).ends_with(":00000001FF\r\n"));
+}
+
+TEST_F(Files, CancelledKeepsTheListingUpToThere) {
+    std::string source;
+    for (int i = 0; i < 1000; ++i) source += " NOP\r\n";
+    writeBytes(source_, source);
+    ImpatientObserver observer(2);  // after 512 statements of the first pass
+    const AssemblyResult result = Ensambla(source_, hex_, observer);
+    EXPECT_TRUE(result.cancelled);
+    EXPECT_EQ(result.listing, source.substr(0, 512 * 6));
+    EXPECT_EQ(result.report, "");
+    EXPECT_FALSE(fs::exists(hex_));
+}
+
 TEST_F(Files, ReplacesAnOldHexFile) {
     writeBytes(hex_, std::string(100000, 'x'));
     EXPECT_TRUE(runText(" NOP").assembled);

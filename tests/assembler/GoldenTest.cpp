@@ -49,7 +49,8 @@ struct Loaded {
 Loaded load(const fs::path& hex) {
     LoadedMachine host;
     Breakpoints breakpoints{};
-    LoadResult result = carga(hex, host.machine, breakpoints, host);
+    WorkObserver nobody;
+    LoadResult result = carga(hex, host.machine, breakpoints, host, nobody);
     return {host.image, result.message};
 }
 

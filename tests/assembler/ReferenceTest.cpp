@@ -49,7 +49,8 @@ std::string everyInstruction() {
 ImageBuffer loadedFrom(const std::filesystem::path& hex) {
     LoadedMachine host;
     Breakpoints breakpoints{};
-    EXPECT_EQ(carga(hex, host.machine, breakpoints, host).message, "");
+    WorkObserver nobody;
+    EXPECT_EQ(carga(hex, host.machine, breakpoints, host, nobody).message, "");
     return host.image;
 }
 

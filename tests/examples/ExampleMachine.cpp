@@ -34,7 +34,8 @@ std::string readFile(const std::filesystem::path& path) {
 
 ExampleMachine::ExampleMachine(const std::filesystem::path& image) {
     const auto breakpoints = std::make_unique<Breakpoints>();
-    const LoadResult result = carga(image, machine_, *breakpoints, *this);
+    WorkObserver nobody;
+    const LoadResult result = carga(image, machine_, *breakpoints, *this, nobody);
     EXPECT_TRUE(result.loaded) << image << ": " << result.message;
     program_ = bytes(0, dataAddress);
 }

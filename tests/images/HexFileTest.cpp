@@ -41,6 +41,25 @@ class HexFileTest : public ::testing::Test {
     LoadBench& bench = *owner;
 };
 
+// --- cancelling ---
+
+TEST_F(HexFileTest, ACancelledLoadKeepsWhatWasStoredAndSaysNothing) {
+    struct : WorkObserver {
+        bool goesOn(double done) override { return done < 0.5; }
+    } impatient;
+    std::string text;
+    for (int i = 0; i < 20'000; ++i) text += lines({record(i, {i & 0xFF})});
+    const auto path = bench.folder.write("prog.hex", text + lines({endLine}));
+    const LoadResult result = carga(path, bench.m, bench.breakpoints, bench.host, impatient);
+    EXPECT_FALSE(result.loaded);
+    EXPECT_EQ(result.message, "");
+    EXPECT_TRUE(bench.breakpointsKept());
+    const std::size_t stored = bench.host.memoryWrites.size();
+    EXPECT_GT(stored, 1'000U);
+    EXPECT_LT(stored, 19'000U);
+    EXPECT_EQ(bench.at(999), 999 & 0xFF);
+}
+
 // --- end records ---
 
 TEST_F(HexFileTest, AnEndRecordAloneLoadsNothingAndClearsAllBreakpoints) {

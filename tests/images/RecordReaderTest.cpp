@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ios>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ using Lines = std::vector<std::string>;
 
 Lines linesOf(std::string_view content) {
     const TemporaryFolder folder;
-    RecordReader reader(folder.write("file", content));
+    WorkObserver nobody;
+    RecordReader reader(folder.write("file", content), nobody);
     Lines result;
     while (std::optional<std::string> line = reader.next()) result.push_back(*line);
     EXPECT_FALSE(reader.next().has_value()) << "the end stays the end";
@@ -61,10 +63,38 @@ TEST(RecordReader, KeepsStartAndLastTwoCharactersOfALongerLine) {
     EXPECT_EQ(linesOf(start + std::string(100'000, '1') + " y z  \n"), (Lines{start + " z"}));
 }
 
+TEST(RecordReader, KeepsOfManyBlanksInALineWhatCounts) {
+    const std::string blanks(1'000'000, ' ');
+    const std::string start = "a" + blanks.substr(0, RecordReader::maximumLength - 3);
+    EXPECT_EQ(linesOf("a" + blanks + "yz"), (Lines{start + "yz"}));
+    EXPECT_EQ(linesOf("a" + blanks + "z"), (Lines{start + " z"}));
+    EXPECT_EQ(linesOf(blanks + "a b" + blanks), (Lines{"a b"}));
+}
+
+TEST(RecordReader, TellsHowMuchOfTheFileItHasRead) {
+    struct : WorkObserver {
+        std::vector<double> told;
+        bool goesOn(double done) override {
+            told.push_back(done);
+            return told.size() < 4;
+        }
+    } observer;
+    const TemporaryFolder folder;
+    // One line without an end: it can be cancelled in its middle.
+    RecordReader reader(folder.write("file", std::string(640 * 1024, 'x')), observer);
+    EXPECT_THROW(reader.next(), Cancelled);
+    ASSERT_EQ(observer.told.size(), 4U);
+    EXPECT_EQ(observer.told.front(), 0.0);
+    EXPECT_TRUE(std::is_sorted(observer.told.begin(), observer.told.end()));
+    EXPECT_GT(observer.told.back(), 0.0);
+    EXPECT_LT(observer.told.back(), 0.5);
+}
+
 TEST(RecordReader, FailsOnWhatIsNoRegularFile) {
     const TemporaryFolder folder;
-    EXPECT_THROW(RecordReader{folder.path()}, std::ios_base::failure);
-    EXPECT_THROW(RecordReader{folder.path() / "missing"}, std::ios_base::failure);
+    WorkObserver nobody;
+    EXPECT_THROW(RecordReader(folder.path(), nobody), std::ios_base::failure);
+    EXPECT_THROW(RecordReader(folder.path() / "missing", nobody), std::ios_base::failure);
 }
 
 }  // namespace

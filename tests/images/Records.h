@@ -54,7 +54,7 @@ class LoadBench {
         host.memoryWrites.clear();
     }
 
-    LoadResult load(const std::filesystem::path& path) { return carga(path, m, breakpoints, host); }
+    LoadResult load(const std::filesystem::path& path) { return carga(path, m, breakpoints, host, observer); }
     LoadResult loadText(std::string_view content) { return load(folder.write("prog.hex", content)); }
 
     [[nodiscard]] int at(std::int32_t address) const { return m.mem[static_cast<std::size_t>(address)]; }
@@ -69,6 +69,7 @@ class LoadBench {
     MachineState m;
     Breakpoints breakpoints{};
     TestHost host{m};
+    WorkObserver observer;  // lets every load go on
 };
 
 }  // namespace tavinor::test

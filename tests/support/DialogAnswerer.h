@@ -22,7 +22,8 @@ struct ExpectedFileDialog {
 ///
 /// It is armed before the action with what must come, in order. Each dialog is checked (title, text, buttons,
 /// no icon) and answered by a real click or key. A dialog that differs, that was not expected or that does
-/// not come fails the test; every dialog is answered all the same, so that no test hangs on one.
+/// not come fails the test; every dialog is answered all the same, so that no test hangs on one. Only
+/// progress that was not expected is left alone.
 class DialogAnswerer : public QObject {
   public:
     using Report = std::function<void(const QString&)>;
@@ -56,6 +57,7 @@ class DialogAnswerer : public QObject {
         std::function<bool(QWidget*)> answer;  // false: it is another kind of window
     };
 
+    [[nodiscard]] bool mayBeLeftAlone(const QWidget* window) const;
     void serve(QWidget* window);
     static void letGoOfTheMouse(QWidget* window);
     static void giveTheFocusBack(QWidget* dialog);

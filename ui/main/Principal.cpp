@@ -12,7 +12,9 @@
 #include <QVBoxLayout>
 #include <array>
 #include <exception>
+#include <new>
 #include <optional>
+#include <utility>
 
 #include "assembler/OutputPaths.h"
 #include "assembler/window/Ensamblador.h"
@@ -22,10 +24,12 @@
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FileDrops.h"
 #include "ui/common/HexBox.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
 #include "ui/common/ScrollingContent.h"
+#include "ui/common/WorkProgress.h"
 #include "ui/editor/Editor.h"
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
@@ -47,6 +51,27 @@ QString errorText(const RuntimeError& error) {
 }
 
 }  // namespace
+
+template <typename Procedure>
+void Principal::guarded(const Procedure& procedure) {
+    try {
+        procedure();
+        if (std::exchange(memoryOut_, false)) throw std::bad_alloc();
+    } catch (const RuntimeError& error) {
+        recover(errorText(error));
+    } catch (const std::bad_alloc&) {
+        recover(memoryOutText());
+    }
+}
+
+template <typename Work>
+void Principal::showSafely(const Work& work) {
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        memoryOut_ = true;
+    }
+}
 
 Principal::Principal(QWidget* parent)
     : QMainWindow(parent),
@@ -210,7 +235,7 @@ void Principal::run() {
     qApp->installEventFilter(this);
     const auto atEnd = qScopeGuard([this] {
         qApp->removeEventFilter(this);
-        paintFrame();
+        showSafely([this] { paintFrame(); });
     });
     do {
         executeOne();
@@ -252,6 +277,7 @@ void Principal::yield() {
     const RunPace::Due due = pace_.next();
     if (due == RunPace::Due::nothing) return;
     QCoreApplication::processEvents();
+    if (std::exchange(memoryOut_, false)) throw std::bad_alloc();
     if (due == RunPace::Due::frame) paintFrame();
 }
 
@@ -267,11 +293,12 @@ void Principal::paintFrame() {
 bool Principal::eventFilter(QObject* watched, QEvent* event) {
     const bool runTurns = QThread::currentThread()->loopLevel() == runLevel_;
     if (runTurns && heldPaints_.hold(watched, event)) return true;
-    bringUpToDate();
-    if (!runTurns) {
+    showSafely([this, runTurns] {
+        bringUpToDate();
+        if (runTurns) return;
         trace_->bringUpToDate();
         heldPaints_.letGo();
-    }
+    });
     return QMainWindow::eventFilter(watched, event);
 }
 
@@ -303,6 +330,7 @@ void Principal::showAll() {
 void Principal::bringUpToDate() {
     if (!viewsBehind_) return;
     viewsBehind_ = false;
+    auto unfinished = qScopeGuard([this] { viewsBehind_ = true; });
     registers_->bringUpToDate();
     listing_->bringUpToDate();
     entry_->bringUpToDate();
@@ -310,6 +338,7 @@ void Principal::bringUpToDate() {
     stack_->regenpila();
     memory_->bringUpToDate();
     ports_->bringUpToDate();
+    unfinished.dismiss();
 }
 
 void Principal::CargarHEX_Click() {
@@ -321,16 +350,30 @@ void Principal::CargarHEX_Click() {
     if (path) loadHexFile(*path);
 }
 
-void Principal::loadHexFile(const QString& path) try {
-    const LoadResult result = carga(toPath(path), machine_, breakpoints_, *this);
-    if (!result.loaded) {
+void Principal::loadHexFile(const QString& path) {
+    guarded([this, &path] {
+        try {
+            showLoaded(load(path));
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception&) {
+            showMessage(this, QStringLiteral("Fichero incorrecto"));
+        }
+    });
+}
+
+LoadResult Principal::load(const QString& path) {
+    WorkProgress progress(this, {QStringLiteral("Cargando el fichero..."), QStringLiteral("Parte cargada")});
+    return carga(toPath(path), machine_, breakpoints_, *this, progress);
+}
+
+void Principal::showLoaded(const LoadResult& result) {
+    if (!result.message.empty()) {
         memory_->bringUpToDate();  // what was stored is seen behind the message
         showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
     }
     regen();
     if (result.loaded) showMessage(this, QStringLiteral("Carga correcta"));
-} catch (const std::exception&) {
-    showMessage(this, QStringLiteral("Fichero incorrecto"));
 }
 
 void Principal::Ensamblar_Click() {
@@ -439,18 +482,11 @@ void Principal::enterOperand(std::int32_t address, int operand) {
     enterCode(address, operand);
 }
 
-void Principal::guarded(const std::function<void()>& procedure) {
-    try {
-        procedure();
-    } catch (const RuntimeError& error) {
-        recover(error);
-    }
-}
-
-void Principal::recover(const RuntimeError& error) {
+void Principal::recover(const QString& message) {
     stopRun();
-    regen();
-    showMessage(this, errorText(error));
+    showSafely([this] { regen(); });
+    memoryOut_ = false;  // it is told, or worse than that
+    showMessage(this, message);
 }
 
 void Principal::stopRun() {

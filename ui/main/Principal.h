@@ -2,7 +2,6 @@
 
 #include <QMainWindow>
 #include <QString>
-#include <functional>
 #include <memory>
 
 #include "machine/Host.h"
@@ -26,6 +25,7 @@ class Listapasos;
 class ListingPanel;
 class RegisterPanel;
 class StackPanel;
+struct LoadResult;
 class TraceRecorder;
 
 /// The window of the simulator. It has the machine and the breakpoints, wires the panels that show them and
@@ -44,7 +44,8 @@ class Principal : public QMainWindow, private Host {
     [[nodiscard]] const MachineState& machine() const { return machine_; }
     [[nodiscard]] const Breakpoints& breakpoints() const { return breakpoints_; }
 
-    /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended.
+    /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended; where the
+    /// user has cancelled it, nothing is said.
     void loadHexFile(const QString& path);
 
     /// Stops a run, if one is going, as the button does.
@@ -73,6 +74,8 @@ class Principal : public QMainWindow, private Host {
     void savport(std::int32_t dir, std::int32_t dat) override;
     void halt() override;
 
+    LoadResult load(const QString& path);
+    void showLoaded(const LoadResult& result);
     void Form_Load();
     /// Fills every cell of both grids with "00", whatever the machine holds. The cells are empty before.
     void llenagrd();
@@ -122,10 +125,15 @@ class Principal : public QMainWindow, private Host {
     void enterCode(std::int32_t address, int code);
     void enterOperand(std::int32_t address, int operand);
 
-    /// Runs an event procedure. An error of the machine ends it there, stops a run, refreshes the views and
-    /// is shown in a message box.
-    void guarded(const std::function<void()>& procedure);
-    void recover(const RuntimeError& error);
+    /// Runs an event procedure. An error of the machine, or a lack of memory, ends it there, stops a run,
+    /// refreshes the views and is shown in a message box.
+    template <typename Procedure>
+    void guarded(const Procedure& procedure);
+    void recover(const QString& message);
+    /// Does what would let an exception reach Qt where there is no memory for it: the event procedure in
+    /// whose event loop it happens ends by the exception instead.
+    template <typename Work>
+    void showSafely(const Work& work);
 
     MachineState machine_;
     Breakpoints breakpoints_{};
@@ -135,6 +143,7 @@ class Principal : public QMainWindow, private Host {
     bool loopOnStack_ = false;
     int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;
+    bool memoryOut_ = false;  // for the views; an event procedure is to end because of it
 
     // In the order of the screen, which is the order of Tab.
     CommandBar* commands_;

@@ -8,10 +8,11 @@
 #include <optional>
 #include <utility>
 
+#include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
-#include "ui/trace/SaveProgress.h"
 #include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceView.h"
 
@@ -28,6 +29,9 @@ Listapasos::Listapasos(TraceStore::MemoryProbe memory, QWidget* parent)
     connect(lista, &TraceView::copyRefused, this, [this] {
         showMessage(this, QStringLiteral("Demasiadas filas para copiarlas. Puede salvar el listado."));
     });
+    connect(
+        lista, &TraceView::memoryOut, this, [this] { showMessage(this, memoryOutText()); },
+        Qt::QueuedConnection);  // it may be painting
 }
 
 Listapasos::~Listapasos() = default;
@@ -36,7 +40,8 @@ void Listapasos::makeMenus() {
     const auto add = [this](const QString& name, const QString& text, void (Listapasos::*act)()) {
         QAction* action = menuBar()->addAction(text);
         action->setObjectName(name);
-        connect(action, &QAction::triggered, this, act);
+        connect(action, &QAction::triggered, this,
+                [this, act] { guardMemory(this, [this, act] { (this->*act)(); }); });
         return action;
     };
     salvar = add(QStringLiteral("salvar"), QStringLiteral("&Salvar"), &Listapasos::salvar_Click);
@@ -75,10 +80,21 @@ void Listapasos::salvar_Click() {
 }
 
 void Listapasos::save(const QString& path) {
+    requireMemory(TraceFile::memoryNeeded);  // before an old file is emptied
     TraceFile file(recorder_.store(), path);
-    if (saveWithProgress(file, this, patience_) == SaveResult::failed) {
-        showMessage(this, QStringLiteral("Error guardando fichero"));
+    const bool written = file.open() && writeAll(file);
+    const bool closed = file.close();
+    if (!written || !closed) showMessage(this, QStringLiteral("Error guardando fichero"));
+}
+
+/// False on an error; a save that was cancelled is none.
+bool Listapasos::writeAll(TraceFile& file) {
+    WorkProgress progress(this, {QStringLiteral("Guardando el listado..."), QStringLiteral("Parte guardada")},
+                          patience_);
+    while (!file.finished() && progress.goesOn(file.fractionWritten())) {
+        if (!file.writeMore()) return false;
     }
+    return true;
 }
 
 void Listapasos::clear() {

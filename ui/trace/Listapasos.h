@@ -4,12 +4,14 @@
 #include <QString>
 #include <chrono>
 
+#include "ui/common/WorkProgress.h"
 #include "ui/trace/TraceRecorder.h"
 
 class QAction;
 
 namespace tavinor {
 
+class TraceFile;
 class TraceView;
 
 /// The window of the trace. It records whether or not it is shown, and keeps its rows until it is closed or
@@ -44,9 +46,10 @@ class Listapasos : public QMainWindow {
     /// True when the window may close: its rows will be lost.
     bool Form_QueryUnload();
     void save(const QString& path);
+    bool writeAll(TraceFile& file);
 
     TraceRecorder recorder_;
-    std::chrono::milliseconds patience_{1000};
+    std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
     TraceView* lista;
     QAction* salvar = nullptr;
     QAction* borrar = nullptr;

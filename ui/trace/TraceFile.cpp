@@ -1,7 +1,6 @@
 #include "ui/trace/TraceFile.h"
 
 #include <algorithm>
-#include <new>
 #include <string_view>
 
 #include "ui/common/Paths.h"
@@ -31,14 +30,10 @@ bool TraceFile::open() {
 
 bool TraceFile::writeMore() {
     const std::uint64_t count = std::min(portion, rows_ - next_);
-    try {
-        store_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
-            appendLine(text_, row, texts);
-            text_ += lineEnd;
-        });
-    } catch (const std::bad_alloc&) {
-        return false;  // a trace may have taken nearly all the memory
-    }
+    store_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
+        appendLine(text_, row, texts);
+        text_ += lineEnd;
+    });
     next_ += count;
     return write();
 }

@@ -15,11 +15,15 @@ class TraceStore;
 /// how far it is. Whatever ends it, what has been written stays.
 class TraceFile {
   public:
+    /// What writing takes at most, beside the rows themselves: the text of a portion and its rows unpacked.
+    static constexpr std::uint64_t memoryNeeded = 32 * 1024 * 1024;
+
     TraceFile(const TraceStore& store, const QString& path);
 
     /// Creates or empties the file and writes the header line. False on an error.
     bool open();
-    /// Writes the next portion. False on an error.
+    /// Writes the next portion. False on an error. @throws std::bad_alloc, and then the portion is not
+    /// written.
     bool writeMore();
     /// Closes the file. False when what was written did not all arrive.
     bool close();

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "ui/trace/AvailableMemory.h"
+#include "ui/common/AvailableMemory.h"
 #include "ui/trace/RowPredictor.h"
 #include "ui/trace/TraceBlock.h"
 #include "ui/trace/TraceRow.h"

@@ -11,8 +11,11 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 #include <string>
+#include <utility>
 
+#include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 #include "ui/trace/AccessibleTrace.h"
@@ -23,6 +26,7 @@ namespace tavinor {
 
 namespace {
 
+constexpr std::uint64_t memoryOfACopiedRow = 512;  // as UTF-8 while it grows, as Qt's text, on the clipboard
 constexpr int lastColumn = static_cast<int>(traceColumns) - 1;
 
 /// `from` moved by `rows`, no further than the first and the last row.
@@ -164,7 +168,18 @@ void TraceView::scrollContentsBy(int dx, int dy) {
     if (dx != 0) viewport()->update();
 }
 
-void TraceView::fetch(std::uint64_t first, std::uint64_t count) const {
+/// No exception may reach Qt, which is painting.
+void TraceView::fetch(std::uint64_t first, std::uint64_t count) {
+    try {
+        readRows(first, count);
+        memoryOutTold_ = false;
+    } catch (const std::bad_alloc&) {
+        cached_.clear();
+        if (!std::exchange(memoryOutTold_, true)) emit memoryOut();
+    }
+}
+
+void TraceView::readRows(std::uint64_t first, std::uint64_t count) {
     cached_.clear();
     cachedFirst_ = first;
     cachedRevision_ = store_.revision();
@@ -173,7 +188,7 @@ void TraceView::fetch(std::uint64_t first, std::uint64_t count) const {
     });
 }
 
-const RowCells& TraceView::cells(std::uint64_t row) const {
+const RowCells& TraceView::cells(std::uint64_t row) {
     constexpr std::uint64_t around = 64;
     const bool known =
         cachedRevision_ == store_.revision() && row >= cachedFirst_ && row - cachedFirst_ < cached_.size();
@@ -334,13 +349,22 @@ void TraceView::copy() {
         emit copyRefused();
         return;
     }
+    try {
+        requireMemory(selectedRows() * memoryOfACopiedRow);
+        QGuiApplication::clipboard()->setText(selectedText());
+    } catch (const std::bad_alloc&) {
+        emit memoryOut();
+    }
+}
+
+QString TraceView::selectedText() const {
     std::string text;
     store_.read(std::min(anchor_, current_->row), selectedRows(),
                 [&text](const TraceRow& row, const RowTexts* texts) {
                     appendLine(text, row, texts);
                     text += '\n';
                 });
-    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+    return QString::fromStdString(text);
 }
 
 }  // namespace tavinor

@@ -43,7 +43,7 @@ class TraceView : public QAbstractScrollArea {
     /// The rows that are wholly visible, even where there are fewer to show.
     [[nodiscard]] int visibleRows() const;
     /// The texts of a row.
-    [[nodiscard]] const RowCells& cells(std::uint64_t row) const;
+    [[nodiscard]] const RowCells& cells(std::uint64_t row);
     /// Where a cell is in the viewport, or would be.
     [[nodiscard]] QRect cellRect(const Cell& cell) const;
     [[nodiscard]] std::optional<Cell> cellAt(const QPoint& position) const;
@@ -61,6 +61,9 @@ class TraceView : public QAbstractScrollArea {
   signals:
     /// The selection is too large to be copied.
     void copyRefused();
+    /// There is no memory to read or copy rows; they are shown empty. Told once, until rows can be read
+    /// again.
+    void memoryOut();
     /// Other rows are shown, or the same ones elsewhere.
     void rowsShown();
     void currentChanged();
@@ -91,7 +94,9 @@ class TraceView : public QAbstractScrollArea {
     [[nodiscard]] std::optional<Cell> moved(const Cell& from, int key, bool ends) const;
     void copy();
     void selectAll();
-    void fetch(std::uint64_t first, std::uint64_t count) const;
+    [[nodiscard]] QString selectedText() const;
+    void fetch(std::uint64_t first, std::uint64_t count);
+    void readRows(std::uint64_t first, std::uint64_t count);
     void paintHeader(QPainter& painter);
     void paintRow(QPainter& painter, std::uint64_t row);
     [[nodiscard]] int gridWidth() const { return columnLefts_.back(); }
@@ -108,9 +113,10 @@ class TraceView : public QAbstractScrollArea {
     std::array<int, traceColumns + 1> columnLefts_{};
 
     // The texts of the rows that were asked for last.
-    mutable std::vector<RowCells> cached_;
-    mutable std::uint64_t cachedFirst_ = 0;
-    mutable std::uint64_t cachedRevision_ = 0;
+    std::vector<RowCells> cached_;
+    std::uint64_t cachedFirst_ = 0;
+    std::uint64_t cachedRevision_ = 0;
+    bool memoryOutTold_ = false;
 };
 
 }  // namespace tavinor

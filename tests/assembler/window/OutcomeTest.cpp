@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProgressDialog>
 #include <QScrollBar>
 #include <QTest>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/OddFiles.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/RealInput.h"
 #include "ui/common/Paths.h"
 
 using namespace tavinor;
@@ -99,6 +101,29 @@ class OutcomeTest : public QObject {
                        {"==> ERROR: Operando incorrecto", "0000 3EFF       A: MVI A,ZZ", QString(40, '-'),
                         "TABLA DE SIMBOLOS", QString(40, '-'), "A\t0000"},
                        {"==>A: MVI A,ZZ", "Línea: 1 - ERROR: Operando incorrecto"});
+    }
+
+    void canBeCancelledOnceItHasTakenLong() {
+        user_->write("prog.asm", QByteArray(" NOP\r\n").repeated(2'000'000));
+        user_->write("prog.HEX", "antes");
+        user_->during = [this](QDialog& window) {
+            user_->dialogs().expectWindow("progreso", [&window](QWidget* dialog) {
+                QVERIFY(dialog->isModal());
+                QCOMPARE(dialog->parentWidget(), &window);
+                QCOMPARE(qobject_cast<QProgressDialog*>(dialog)->labelText(),
+                         QString("Ensamblando el fichero..."));
+                QVERIFY(!closeButton(window)->isEnabled());
+                clickIn(dialog->findChild<QPushButton*>());
+            });
+        };
+        const Shown shown = user_->assemble("prog.asm");
+        QCOMPARE(shown.outcome, "Ensamblado cancelado");
+        QCOMPARE(shown.focus, "cerrar");
+        QCOMPARE(user_->dialogs().count(), 3);  // no box
+        QCOMPARE(user_->read("prog.HEX"), "antes");
+        const QByteArray listing = user_->read("prog.LST");
+        QVERIFY(listing.endsWith("\r\n"));
+        QCOMPARE(listing.count("NOP"), listing.count('\n') - 1);
     }
 
     void leavesTheOldHexFileWhenItFails() {

@@ -34,6 +34,7 @@ const BoxText boxTexts[] = {
     {"message: wrong file", "Fichero incorrecto"},
     {"message: no such file", "El fichero: %1 no existe"},
     {"message: overflow", "Error 6: desbordamiento"},
+    {"message: no memory", "Memoria insuficiente"},
     {"message: subscript", "Error 9: subíndice fuera del intervalo"},
     {"message: assembled with errors", "Ensamblado incorrecto"},
     {"message: output not written", "Error creando fichero"},

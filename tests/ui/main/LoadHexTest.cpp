@@ -1,4 +1,7 @@
 #include <QDir>
+#include <QFile>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTest>
 
 #include "tests/support/OddFiles.h"
@@ -198,6 +201,44 @@ class LoadHexTest : public QObject {
         s_->press("CargarHEX");
         QTRY_VERIFY(s_->box("txtA")->hasFocus());
         s_->box("txtA")->showText("09");
+    }
+
+    /// The file is one line of ten thousand million NULs behind a good record.
+    void aHugeFileCanBeCancelled_data() {
+        QTest::addColumn<bool>("running");
+        QTest::newRow("at rest") << false;
+        QTest::newRow("during a run") << true;
+    }
+    void aHugeFileCanBeCancelled() {
+        QFETCH(const bool, running);
+        s_->load(0, QByteArray::fromHex("C30000"));  // JMP 0000
+        setBreakpointAt(3);
+        const QString path = s_->writeFile("enorme.hex", hexRecords(0x1234, QByteArray(1, '\x5A')));
+        QVERIFY(QFile::resize(path, 10'000'000'000));
+        const auto cancelIt = [&] {
+            expectDialog(path);
+            s_->dialogs.expectWindow("progreso", [](QWidget* dialog) {
+                QVERIFY(dialog->isModal());
+                QCOMPARE(dialog->windowTitle(), QString("Tavinor"));
+                QCOMPARE(qobject_cast<QProgressDialog*>(dialog)->labelText(),
+                         QString("Cargando el fichero..."));
+                auto* cancel = dialog->findChild<QPushButton*>();
+                QCOMPARE(cancel->text(), QString("Cancelar"));
+                clickIn(cancel);
+            });
+            const int before = s_->dialogs.count();
+            s_->press("CargarHEX");
+            QCOMPARE(s_->dialogs.count() - before, 2);  // and no box
+            QCOMPARE(s_->running(), running);
+        };
+        if (running) {
+            s_->runWith(cancelIt);
+        } else {
+            cancelIt();
+        }
+        QCOMPARE(memory(0x1234), 0x5A);
+        QVERIFY(breakpointAt(3));
+        QCOMPARE(difference(), QString());
     }
 
     void duringARun() {

@@ -1,0 +1,111 @@
+#include "ui/common/ControlGroups.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavinor {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+
+/// How a version of control groups calls its files.
+struct Version {
+    std::vector<std::string_view> mounts;  // below `root`, where the groups are folders
+    std::vector<std::string_view> limits;
+    std::string_view used;
+    std::array<std::string_view, 2> kept;  // lines of memory.stat: what is given back when it is needed
+};
+
+const Version& first() {
+    static const Version names{{"sys/fs/cgroup/memory"},
+                               {"memory.limit_in_bytes"},
+                               "memory.usage_in_bytes",
+                               {"total_inactive_file", "total_active_file"}};
+    return names;
+}
+
+const Version& second() {
+    static const Version names{{"sys/fs/cgroup", "sys/fs/cgroup/unified"},
+                               {"memory.max", "memory.high"},
+                               "memory.current",
+                               {"inactive_file", "active_file"}};
+    return names;
+}
+
+/// The number in a file; the greatest one for "max", and for a file that is not there.
+std::uint64_t numberIn(const fs::path& file) {
+    std::ifstream stream(file);
+    std::uint64_t number = 0;
+    return stream >> number ? number : unlimited;
+}
+
+std::uint64_t keptIn(const fs::path& group, const Version& names) {
+    std::ifstream stream(group / "memory.stat");
+    std::string line;
+    std::uint64_t bytes = 0;
+    std::uint64_t sum = 0;
+    while (stream >> line >> bytes) {
+        if (std::find(names.kept.begin(), names.kept.end(), line) != names.kept.end()) sum += bytes;
+    }
+    return sum;
+}
+
+std::uint64_t roomIn(const fs::path& group, const Version& names) {
+    std::uint64_t limit = unlimited;
+    for (const std::string_view name : names.limits) limit = std::min(limit, numberIn(group / name));
+    const std::uint64_t used = numberIn(group / names.used);
+    if (limit == unlimited || used == unlimited) return unlimited;
+    const std::uint64_t needed = used - std::min(used, keptIn(group, names));
+    return limit - std::min(limit, needed);
+}
+
+/// The least room of a group, which is a path such as "/user.slice/x", and of all those around it. Inside a
+/// container some of them may not be there.
+std::uint64_t roomUpFrom(const fs::path& root, std::string group, const Version& names) {
+    std::uint64_t room = unlimited;
+    while (true) {
+        for (const std::string_view mount : names.mounts) {
+            room = std::min(room, roomIn(root / mount / fs::path(group).relative_path(), names));
+        }
+        if (group.size() <= 1) return room;
+        group.resize(std::max<std::size_t>(group.rfind('/'), 1));
+    }
+}
+
+/// Whether the controllers of a line of the list of groups, such as "cpu,memory", have this one among them.
+bool listed(std::string_view controllers, std::string_view controller) {
+    while (!controllers.empty()) {
+        const std::size_t comma = std::min(controllers.find(','), controllers.size());
+        if (controllers.substr(0, comma) == controller) return true;
+        controllers.remove_prefix(std::min(comma + 1, controllers.size()));
+    }
+    return false;
+}
+
+}  // namespace
+
+/// Each line of the list is "number:controllers:group", without controllers in the second version.
+std::uint64_t roomInControlGroups(const fs::path& root) {
+    std::ifstream list(root / "proc/self/cgroup");
+    std::uint64_t room = unlimited;
+    for (std::string line; std::getline(list, line);) {
+        const std::size_t colon = std::min(line.find(':'), line.size());
+        const std::size_t slash = line.find(":/", std::min(colon + 1, line.size()));
+        if (slash == std::string::npos) continue;
+        const std::string controllers = line.substr(colon + 1, slash - std::min(colon + 1, slash));
+        const std::string group = line.substr(slash + 1);
+        if (controllers.empty()) room = std::min(room, roomUpFrom(root, group, second()));
+        if (listed(controllers, "memory")) room = std::min(room, roomUpFrom(root, group, first()));
+    }
+    return room;
+}
+
+}  // namespace tavinor
