@@ -230,12 +230,12 @@ class RunInputTest : public QObject {
         openAllLines();
         s_->button("Rst55")->setFocus();
         QVERIFY(pressByAssistiveTool(s_->button("Rst65")));
-        QVERIFY(listingHasFocus());
+        QTRY_VERIFY(listingHasFocus());
         s_->press("CHKEI");
         s_->type("txtA", "12");
         QVERIFY(pressByAssistiveTool(s_->button("Rst65")));
-        QCOMPARE(int(s_->machine().A), 0x12);
-        QVERIFY(listingHasFocus());
+        QTRY_COMPARE(int(s_->machine().A), 0x12);
+        QTRY_VERIFY(listingHasFocus());
     }
 
     /// The program itself disables the button, in a step and in a run.
