@@ -33,7 +33,6 @@ class CommandTest : public QObject {
         QTest::addColumn<QString>("name");
         QTest::newRow("missing") << "falta.asm";
         QTest::newRow("markup") << "<b>falta<i> & más.asm";
-        QTest::newRow("pattern") << "*.asm";
     }
     void saysThatTheSourceIsMissing() {
         QFETCH(const QString, name);
