@@ -55,7 +55,7 @@ TEST(OddNames, AreNotOpenedBehindALink) {
 }
 
 /// Opening it succeeds then, and it is a pipe all the same.
-TEST(OddNames, APipeWithSomebodyAtItsOtherEnd) {
+TEST(OddNames, APipeThatIsOpenAtItsOtherEnd) {
     const OddFiles odd;
     const fs::path pipe = odd.path("pipe");
     const int otherEnd = ::open(pipe.c_str(), O_RDWR | O_NONBLOCK);

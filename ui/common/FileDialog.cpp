@@ -1,5 +1,8 @@
 #include "ui/common/FileDialog.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFileSystemModel>
@@ -17,6 +20,7 @@ FileDialog::FileDialog(QWidget* parent, const QString& title, QString suffix)
     setObjectName(QStringLiteral("fileDialog"));
     setOptions(DontUseNativeDialog | DontConfirmOverwrite);
     setFileMode(AnyFile);
+    begin_ = directory().path();
     readName();
 }
 
@@ -31,6 +35,8 @@ void FileDialog::readName() {
             button->setEnabled(!text.isEmpty());
         }
     });
+    // It would put the extension of another kind of files, "*" even, into the name.
+    disconnect(findChild<QComboBox*>(QStringLiteral("fileTypeCombo")), &QComboBox::activated, this, nullptr);
 }
 
 void FileDialog::presetName(const QString& name) {
@@ -45,6 +51,7 @@ void FileDialog::showFitting(const QString& pattern) {
 }
 
 void FileDialog::accept() {
+    name_->completer()->popup()->hide();
     const TypedName typed = understand(name_->text(), directory(), suffix_);
     switch (typed.kind) {
         case TypedName::Kind::nothing: break;
@@ -70,6 +77,12 @@ void FileDialog::choose(const QString& path) {
     const QFileInfo folder(QFileInfo(path).path());
     if (folder.isDir()) setDirectory(folder.filePath());
     QDialog::accept();
+}
+
+/// Qt keeps each folder that was entered for the next dialog, chosen from or not.
+void FileDialog::reject() {
+    setDirectory(begin_);
+    QFileDialog::reject();
 }
 
 }  // namespace tavinor

@@ -24,12 +24,14 @@ class FileDialog : public QFileDialog {
     void presetName(const QString& name);
 
     void accept() override;
+    void reject() override;
 
   private:
     void readName();
     void choose(const QString& path);
 
     QString suffix_;
+    QString begin_;  // the folder that is shown first
     QString chosen_;
     QLineEdit* name_ = nullptr;
 };

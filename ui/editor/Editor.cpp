@@ -328,7 +328,9 @@ bool Editor::write(const QString& path) {
 
 void Editor::rescue() const {
     if (!changed_ || filename->text().isEmpty()) return;
-    RescueCopy(filename->text()).write([this](const auto& take) { texto->handOut(take); }, encoding_);
+    const auto text = [this](const auto& take) { texto->handOut(take); };
+    // Where it fails there is nothing left to try.
+    static_cast<void>(RescueCopy(filename->text()).write(text, encoding_));
 }
 
 bool Editor::event(QEvent* event) {

@@ -22,7 +22,7 @@ class RescueCopy {
 
     /// Writes the copy in the source's encoding, or in UTF-8 where that lacks a character. It is whole or it
     /// is not there. Needs hardly any memory, however long the text is.
-    bool write(const Text& text, TextEncoding encoding) const;
+    [[nodiscard]] bool write(const Text& text, TextEncoding encoding) const;
     void remove() const;
 
   private:

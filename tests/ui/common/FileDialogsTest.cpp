@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QComboBox>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -25,12 +26,21 @@ QLineEdit* nameField(const QFileDialog& dialog) {
     return dialog.findChild<QLineEdit*>("fileNameEdit");
 }
 
+/// It shows the names that begin as what was typed.
+void hideListOfNames() {
+    if (QWidget* list = QApplication::activePopupWidget()) list->hide();
+}
+
 /// What stands in the name field, the preset, is selected and gives way.
-void typeName(QFileDialog& dialog, const QString& name) {
+void typeWithoutEnter(QFileDialog& dialog, const QString& name) {
     nameField(dialog)->setFocus();
     nameField(dialog)->selectAll();
     typeText(&dialog, name);
-    if (QWidget* list = QApplication::activePopupWidget()) list->hide();  // of names that begin so
+}
+
+void typeName(QFileDialog& dialog, const QString& name) {
+    typeWithoutEnter(dialog, name);
+    hideListOfNames();
     pressKey(&dialog, Qt::Key_Return);
 }
 
@@ -75,10 +85,13 @@ class Fixture {
             auto& dialog = dynamic_cast<QFileDialog&>(*window);
             dialog.setDirectory(folder_.path());
             act(dialog);
+            hideListOfNames();
             if (window->isVisible()) pressKey(window, Qt::Key_Escape);
         });
-        const FileDialogTexts texts{
-            .title = "Fichero", .filter = "Todos (*.*)|*.*", .initialName = preset, .defaultSuffix = "asm"};
+        const FileDialogTexts texts{.title = "Fichero",
+                                    .filter = "Todos (*.*)|*.*|HEX (*.hex)|*.hex",
+                                    .initialName = preset,
+                                    .defaultSuffix = "asm"};
         return saving ? askFileToSave(&parent_, texts) : askFileToOpen(&parent_, texts);
     }
 
@@ -260,6 +273,63 @@ class FileDialogsTest : public QObject {
             });
             QCOMPARE(chosen, f.path("sub/c.asm"));
         }
+    }
+
+    /// The list of the names that begin with what was typed would take the next click.
+    void theListOfNamesClosesWithEnter() {
+        Fixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.put("sub/c.asm");
+        f.ask(false, {}, [&](QFileDialog& dialog) {
+            QTRY_COMPARE(namesShown(dialog), QStringList{"a.asm"});
+            typeWithoutEnter(dialog, "sub");
+            QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+            pressKey(QApplication::activePopupWidget(), Qt::Key_Return);
+            QCOMPARE(dialog.directory().path(), f.path("sub"));
+            QCOMPARE(nameField(dialog)->text(), QString());
+            QTRY_COMPARE(namesShown(dialog), QStringList{"c.asm"});
+            QVERIFY(QApplication::activePopupWidget() == nullptr);
+        });
+    }
+
+    void anotherKindOfFilesLeavesTheName() {
+        Fixture f("a.asm");
+        const auto chosen = f.ask(true, {}, [&](QFileDialog& dialog) {
+            auto* kinds = dialog.findChild<QComboBox*>("fileTypeCombo");
+            typeWithoutEnter(dialog, "prog.asm");
+            hideListOfNames();
+            kinds->setFocus();
+            pressKey(kinds, Qt::Key_Down);
+            QCOMPARE(kinds->currentIndex(), 1);
+            QCOMPARE(nameField(dialog)->text(), QString("prog.asm"));
+            QTRY_COMPARE(namesShown(dialog), QStringList{});
+            pressKey(kinds, Qt::Key_Up);
+            QTRY_COMPARE(namesShown(dialog), QStringList{"a.asm"});
+            QCOMPARE(nameField(dialog)->text(), QString("prog.asm"));
+            pressKey(&dialog, Qt::Key_Return);
+        });
+        QCOMPARE(chosen, f.path("prog.asm"));
+    }
+
+    void aFolderThatWasOnlyLookedAtIsForgotten() {
+        Fixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.ask(false, {}, [](QFileDialog& dialog) { typeName(dialog, "a.asm"); });
+        const auto begin = [&](const QString& typed) {
+            QString folder;
+            f.dialogs.expectWindow("fileDialog", [&](QWidget* window) {
+                auto& dialog = dynamic_cast<QFileDialog&>(*window);
+                folder = dialog.directory().path();
+                typeName(dialog, typed);
+                pressKey(window, Qt::Key_Escape);
+            });
+            QWidget parent;
+            askFileToOpen(&parent, {.title = "Abrir", .filter = "Todos (*.*)|*.*", .initialName = {}});
+            return folder;
+        };
+        QCOMPARE(begin("sub"), f.path({}));
+        QCOMPARE(begin("sub/*.asm"), f.path({}));
+        QCOMPARE(begin(".."), f.path({}));
     }
 
     void theFolderOfAWholePathIsRemembered() {
