@@ -76,7 +76,8 @@ void FileDialog::choose(const QString& path) {
     chosen_ = path;
     const QFileInfo folder(QFileInfo(path).path());
     if (folder.isDir()) setDirectory(folder.filePath());
-    QDialog::accept();
+    // Not QFileDialog's, which reads the name field in its own way.
+    QDialog::accept();  // NOLINT(bugprone-parent-virtual-call)
 }
 
 /// Qt keeps each folder that was entered for the next dialog, chosen from or not.

@@ -160,8 +160,4 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     }
 }
 
-void installReadableStyle(QApplication& application) {
-    application.setStyle(new ReadableStyle);
-}
-
 }  // namespace tavinor

@@ -2,8 +2,6 @@
 
 #include <QProxyStyle>
 
-class QApplication;
-
 namespace tavinor {
 
 /// The desktop's own style and colours, with enough contrast for what carries meaning: disabled captions,
@@ -21,8 +19,5 @@ class ReadableStyle : public QProxyStyle {
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
 };
-
-/// Lets `application` and all its windows look so.
-void installReadableStyle(QApplication& application);
 
 }  // namespace tavinor

@@ -19,7 +19,7 @@ int main(int argc, char* argv[]) {
     // last.
     QApplication::setQuitOnLastWindowClosed(false);
     tavinor::installSpanish(application);
-    tavinor::installReadableStyle(application);
+    QApplication::setStyle(new tavinor::ReadableStyle);
 
     tavinor::Program program;
     QObject::connect(&program, &tavinor::Program::ended, &application, [] { QApplication::exit(); });

@@ -55,8 +55,8 @@ class TraceView : public QAbstractScrollArea {
     [[nodiscard]] std::uint64_t selectedRows() const;
     void scrollTo(std::uint64_t first);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   signals:
     /// The selection is too large to be copied.
