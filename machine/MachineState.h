@@ -31,6 +31,22 @@ struct Registers {
     friend bool operator==(const Registers&, const Registers&) = default;
 };
 
+inline std::int32_t pairBC(const Registers& r) noexcept {
+    return r.BC;
+}
+inline std::int32_t pairDE(const Registers& r) noexcept {
+    return r.DE;
+}
+inline std::int32_t pairHL(const Registers& r) noexcept {
+    return r.HL;
+}
+/// `pair` (0..65535) into HL, H and L.
+inline void assignHL(Registers& r, std::int32_t pair) noexcept {
+    r.HL = pair;
+    r.H = static_cast<std::uint8_t>(pair / 256);
+    r.L = static_cast<std::uint8_t>(pair % 256);
+}
+
 /// Interrupt enable, the three RST masks (true = masked) and the RST 7.5 request latch.
 struct InterruptState {
     bool IE = false;
@@ -71,6 +87,11 @@ struct MachineState : Registers {
 
     /// The registers alone.
     [[nodiscard]] const Registers& registers() const noexcept { return *this; }
+
+    /// The byte in memory cell `dir` (0..65537, not checked).
+    [[nodiscard]] std::uint8_t at(std::int32_t dir) const noexcept {
+        return mem[static_cast<std::size_t>(dir)];
+    }
 
     /// Copies memory cells 0 and 1 into the mirror cells 65536 and 65537.
     void synmem() noexcept {

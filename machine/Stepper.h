@@ -9,7 +9,7 @@ namespace tavinor {
 /// the program: what it calls returns to where the program was interrupted.
 enum class Advance : bool { past, stay };
 
-/// Executes exactly one instruction.
+/// Executes exactly one instruction; returns the T-states that it takes.
 ///
 /// Opcode and both operand bytes are fetched before anything else; the mirror cells are refreshed after the
 /// fetch, so operands at the very top of memory may be stale by one write. PC is not wrapped: an instruction
@@ -17,6 +17,6 @@ enum class Advance : bool { past, stay };
 /// recomputed at the end, whatever the instruction.
 /// @throws RuntimeError subscript when PC is above 65535 (nothing changes); overflow when a call would push
 ///     a return address of 65536 or more (PC advanced, SP decreased once, nothing stored).
-void EjecutaPASO(MachineState& m, Host& host, Advance advance = Advance::past);
+int EjecutaPASO(MachineState& m, Host& host, Advance advance = Advance::past);
 
 }  // namespace tavinor

@@ -128,7 +128,7 @@ TEST_F(AluPairTest, ReturnTakesWhatCallStoredFromAnySP) {
         m.SP = sp;
         OPCALL(m, host, 0x0100);
         m.mem[0x10000] = 0x99;  // the mirror is not the stack
-        OPRET(m);
+        OPRET(m, m);
         EXPECT_EQ(m.PC, 0xBEEF);
         EXPECT_EQ(m.SP, sp);
     }
@@ -137,7 +137,7 @@ TEST_F(AluPairTest, ReturnTakesWhatCallStoredFromAnySP) {
 TEST_F(AluPairTest, ReturnWithSP65535TakesTheHighByteFromZero) {
     test::place(m, 0xFFFF, {0x34, 0x12});
     m.SP = 0xFFFF;
-    OPRET(m);
+    OPRET(m, m);
     EXPECT_EQ(m.PC, 0x1234);
     EXPECT_EQ(m.SP, 1);
 }
