@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "machine/Batch.h"
+#include "machine/MachineState.h"
+
+namespace tavinor {
+
+/// What has been executed since the last reset.
+struct Counters {
+    std::int64_t instructions = 0;
+    std::int64_t tStates = 0;
+
+    friend bool operator==(const Counters&, const Counters&) = default;
+};
+
+/// A machine and its counters between two instructions.
+struct Moment {
+    MachineState machine;
+    Counters counters;
+};
+
+/// What a machine has besides memory and ports, without the cached pairs.
+struct Processor {
+    std::uint8_t A = 0, B = 0, C = 0, D = 0, E = 0, F = 0, H = 0, L = 0;
+    std::uint16_t PC = 0, SP = 0;
+    InterruptState intState;
+    bool SID = false, SOD = false;
+
+    Processor() = default;
+    /// `m.PC` is 0..65535.
+    explicit Processor(const MachineState& m);
+
+    void putInto(MachineState& m) const;
+
+    friend bool operator==(const Processor&, const Processor&) = default;
+};
+
+/// The memory and the ports of a machine as pages of 256 bytes: those of memory, the ports behind them.
+constexpr std::size_t portPage = pageCount;
+constexpr std::size_t cellPages = pageCount + 1;
+
+/// The bytes of a page.
+inline std::uint8_t* bytesOf(MachineState& m, std::size_t page) {
+    return page == portPage ? m.port.data() : m.mem.data() + page * pageSize;
+}
+inline const std::uint8_t* bytesOf(const MachineState& m, std::size_t page) {
+    return page == portPage ? m.port.data() : m.mem.data() + page * pageSize;
+}
+
+}  // namespace tavinor

@@ -1,0 +1,232 @@
+// A history executed again against whole copies taken while it was recorded.
+
+#include "history/History.h"
+
+#include <gtest/gtest.h>
+
+#include "history/Replay.h"
+#include "tests/history/RecordedMachine.h"
+#include "tests/support/Differences.h"
+#include "tests/support/Machines.h"
+
+namespace tavinor::test {
+namespace {
+
+void expectEqual(const Moment& actual, const Moment& expected, const Position& at) {
+    ASSERT_EQ(differences(actual.machine, expected.machine), "") << at.instructions << ", " << at.changes;
+    ASSERT_EQ(actual.counters, expected.counters) << at.instructions << ", " << at.changes;
+}
+
+/// Goes to every copy, in random order.
+void expectAllCopies(RecordedMachine& recorded, Replay& replay) {
+    std::vector<const RecordedMachine::Copy*> copies;
+    for (const RecordedMachine::Copy& copy : recorded.copies()) copies.push_back(&copy);
+    std::shuffle(copies.begin(), copies.end(), recorded.random());
+    for (const RecordedMachine::Copy* copy : copies) {
+        ASSERT_TRUE(replay.seek(copy->at));
+        ASSERT_NO_FATAL_FAILURE(expectEqual(replay.moment(), *copy->moment, copy->at));
+    }
+}
+
+TEST(HistoryTest, EveryPositionIsReachedAgain) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        RecordedMachine recorded(seed);
+        for (int turn = 0; turn < 25; ++turn) {
+            recorded.run(5000);
+            recorded.changeSomething();
+        }
+        Replay replay(recorded.history());
+        ASSERT_NO_FATAL_FAILURE(expectAllCopies(recorded, replay)) << "seed " << seed;
+    }
+}
+
+TEST(HistoryTest, EveryPositionIsReachedWhenCheckpointsHaveThinnedOut) {
+    constexpr std::size_t little = 200'000;  // room for two or three machines without a page in common
+    RecordedMachine recorded(77, little);
+    for (int turn = 0; turn < 60; ++turn) {
+        recorded.run(100'000);
+        recorded.changeSomething();
+    }
+    ASSERT_LT(recorded.history().checkpoints().count(), 80U) << "nothing has thinned out";
+    Replay replay(recorded.history());
+    ASSERT_NO_FATAL_FAILURE(expectAllCopies(recorded, replay));
+}
+
+TEST(HistoryTest, AfterGoingBackItGoesOnOtherwise) {
+    RecordedMachine recorded(5);
+    Replay replay(recorded.history());
+    for (int turn = 0; turn < 40; ++turn) {
+        recorded.run(30'000);
+        recorded.changeSomething();
+        if (turn % 3 != 2) continue;
+        const auto& copies = recorded.copies();
+        const RecordedMachine::Copy& chosen = copies[recorded.random()() % copies.size()];
+        ASSERT_TRUE(replay.seek(chosen.at));
+        ASSERT_NO_FATAL_FAILURE(expectEqual(replay.moment(), *chosen.moment, chosen.at));
+        recorded.goBackTo(Position(chosen.at), replay.moment());
+        ASSERT_NO_FATAL_FAILURE(expectAllCopies(recorded, replay)) << "turn " << turn;
+    }
+}
+
+TEST(HistoryTest, ClearedItBeginsAnew) {
+    RecordedMachine recorded(6);
+    recorded.run(100'000);
+    recorded.changeSomething();
+    Replay replay(recorded.history());
+    ASSERT_TRUE(replay.seek(recorded.history().end()));
+    recorded.clear();
+    EXPECT_EQ(recorded.history().end(), Position{});
+    recorded.run(70'000);
+    ASSERT_NO_FATAL_FAILURE(expectAllCopies(recorded, replay));
+}
+
+TEST(HistoryTest, ASeekGoesOnWhereItWasInterrupted) {
+    RecordedMachine recorded(8);
+    recorded.run(60'000);
+    Replay replay(recorded.history());
+    const Position end = recorded.history().end();
+    int calls = 1;
+    while (!replay.seek(end, 1000)) {
+        ++calls;
+        ASSERT_LE(replay.executed(), static_cast<std::uint64_t>(calls) * Checkpoints::densest);
+    }
+    ASSERT_NO_FATAL_FAILURE(expectEqual(replay.moment(), recorded.now(), end));
+}
+
+class ShortHistoryTest : public ::testing::Test {
+  protected:
+    void step() {
+        const BatchResult result = runBatch(now.machine, *breakpoints, {1}, written);
+        ASSERT_EQ(result.instructions, 1);
+        history.executed(1, now);
+    }
+    void edit(std::uint8_t a, History::Kind kind = History::Kind::outside) {
+        const auto before = std::make_unique<Moment>(now);
+        now.machine.A = a;
+        now.machine.recomputePairs();
+        history.changed(*before, now, kind);
+    }
+
+    std::unique_ptr<Moment> owned = std::make_unique<Moment>();
+    Moment& now = *owned;
+    std::unique_ptr<Breakpoints> breakpoints = std::make_unique<Breakpoints>();
+    Written written;
+    History history{now};
+};
+
+TEST_F(ShortHistoryTest, OneStepBackUndoesAnInstructionOrAGroupOfChanges) {
+    step();   // NOP
+    edit(1);  // between
+    step();
+    edit(2);
+    EXPECT_EQ(history.end(), (Position{2, 2}));
+    std::vector<Position> way;
+    while (history.end() != Position{}) {
+        history.cutBehind(history.beforeNewest());
+        way.push_back(history.end());
+    }
+    EXPECT_EQ(way, (std::vector<Position>{{2, 1}, {1, 1}, {1, 0}, {0, 0}}));
+}
+
+TEST_F(ShortHistoryTest, TheWayOutOfAHaltIsUndoneWithIt) {
+    step();
+    edit(1, History::Kind::wayOut);
+    EXPECT_EQ(history.beforeNewest(), (Position{0, 0}));
+    edit(2);
+    EXPECT_EQ(history.beforeNewest(), (Position{1, 1}));
+}
+
+TEST_F(ShortHistoryTest, AnotherWayOnAfterGoingBackIsNotTakenForTheOldOne) {
+    const auto start = std::make_unique<Moment>(now);
+    for (const std::uint8_t a : {std::uint8_t{1}, std::uint8_t{2}}) {
+        now = *start;
+        history.cutBehind({});
+        edit(a);
+        for (int slice = 0; slice < 2; ++slice) {  // NOPs, past a checkpoint
+            runBatch(now.machine, *breakpoints, {history.untilCheckpoint()}, written);
+            history.executed(history.untilCheckpoint(), now);
+        }
+    }
+    Replay replay(history);
+    ASSERT_TRUE(replay.seek(history.end()));
+    EXPECT_EQ(replay.machine().A, 2);
+}
+
+TEST_F(ShortHistoryTest, NothingChangedIsNoChange) {
+    EXPECT_FALSE(history.changed(now, now, History::Kind::outside));
+    EXPECT_EQ(history.end(), Position{});
+}
+
+TEST_F(ShortHistoryTest, AChangeTakesNoMoreThan64Bytes) {
+    constexpr int count = 1000;
+    for (int i = 0; i < count; ++i) {
+        const auto before = std::make_unique<Moment>(now);
+        now.machine.storeMemory(0x2000 + i, 1 + i % 255);
+        ASSERT_TRUE(history.changed(*before, now, History::Kind::outside));
+    }
+    EXPECT_LE(history.bytesOfChanges(), std::size_t{64} * count);
+}
+
+/// A loop that writes to all of memory, so that no two checkpoints share many pages.
+void placeFillingLoop(MachineState& m) {
+    place(m, 0,
+          {0x21, 0x20, 0x00,    // LXI H,0020
+           0x34,                // INR M
+           0x23,                // INX H
+           0x7C,                // MOV A,H
+           0xB5,                // ORA L
+           0xC2, 0x03, 0x00,    // JNZ 0003
+           0xC3, 0x00, 0x00});  // JMP 0000
+    m.synmem();
+}
+
+TEST(HistoryMemoryTest, StaysWithinItsBoundHoweverLongItIs) {
+    constexpr std::size_t bound = std::size_t{4} * 1024 * 1024;
+    const auto now = std::make_unique<Moment>();
+    placeFillingLoop(now->machine);
+    History history(*now, bound);
+    const auto breakpoints = std::make_unique<Breakpoints>();
+    Written written;
+    for (int i = 0; i < 600; ++i) {
+        const BatchResult result = runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
+        now->counters.instructions += result.instructions;
+        now->counters.tStates += result.tStates;
+        history.executed(result.instructions, *now);
+        ASSERT_LE(history.checkpoints().bytes(), bound);
+    }
+    Replay replay(history);
+    ASSERT_TRUE(replay.seek(history.end()));
+    EXPECT_EQ(differences(replay.machine(), now->machine), "");
+    // No gap of the old ones is much wider than it has to be.
+    replay.seek({});
+    for (std::uint64_t n = 0; n < history.end().instructions; n += 999'999) {
+        const std::uint64_t gap = n - history.checkpoints().positionBefore({n, 0}).instructions;
+        EXPECT_LE(gap, 64 * Checkpoints::densest) << n;
+    }
+}
+
+TEST(HistoryMemoryTest, ExecutedAgainAThinPlaceIsDense) {
+    constexpr std::size_t bound = std::size_t{4} * 1024 * 1024;
+    const auto now = std::make_unique<Moment>();
+    placeFillingLoop(now->machine);
+    History history(*now, bound);
+    const auto breakpoints = std::make_unique<Breakpoints>();
+    Written written;
+    for (int i = 0; i < 600; ++i) {
+        const BatchResult result = runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
+        history.executed(result.instructions, *now);
+    }
+    Replay replay(history);
+    const Position old{10'000'000, 0};
+    ASSERT_TRUE(replay.seek(old));
+    const std::uint64_t executed = replay.executed();
+    history.cutBehind(old);
+    for (std::uint64_t back = 1; back <= 20; ++back) {
+        ASSERT_TRUE(replay.seek({old.instructions - back, 0}));
+        history.cutBehind(replay.at());
+    }
+    EXPECT_LE(replay.executed() - executed, 20 * Checkpoints::densest);
+}
+
+}  // namespace
+}  // namespace tavinor::test

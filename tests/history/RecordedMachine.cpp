@@ -1,0 +1,113 @@
+#include "tests/history/RecordedMachine.h"
+
+#include <algorithm>
+
+#include "machine/Interrupts.h"
+#include "machine/Stepper.h"
+#include "tests/support/Errors.h"
+#include "tests/support/Machines.h"
+#include "tests/support/TestHost.h"
+
+namespace tavinor::test {
+
+namespace {
+
+constexpr std::uint8_t hltCode = 0x76;
+
+std::unique_ptr<Moment> randomMoment(std::mt19937& random) {
+    auto moment = std::make_unique<Moment>();
+    randomise(moment->machine, random);
+    moment->machine.synmem();
+    return moment;
+}
+
+}  // namespace
+
+RecordedMachine::RecordedMachine(unsigned seed, std::size_t mostBytes)
+    : random_(seed), now_(randomMoment(random_)), history_(*now_, mostBytes) {
+    copy();
+}
+
+void RecordedMachine::run(std::int64_t count) {
+    for (std::int64_t done = 0; done < count;) {
+        const std::uint64_t before = history_.end().instructions;
+        runBatchOf(std::min<std::int64_t>(1 + any(20'000), count - done));
+        done += static_cast<std::int64_t>(history_.end().instructions - before);
+        if (any(4) == 0) copy();
+    }
+}
+
+void RecordedMachine::runBatchOf(std::int64_t most) {
+    const std::int64_t limit = std::min(most, history_.untilCheckpoint());
+    const BatchResult result = runBatch(now_->machine, *noBreakpoints_, {limit}, written_);
+    now_->counters.instructions += result.instructions;
+    now_->counters.tStates += result.tStates;
+    if (result.instructions > 0) history_.executed(result.instructions, *now_);
+    if (result.end == BatchResult::End::singleStep) stepAlone();
+}
+
+void RecordedMachine::stepAlone() {
+    MachineState& m = now_->machine;
+    const bool halts = m.at(m.PC) == hltCode;
+    TestHost host(m);
+    int states = 0;
+    const int error = errorOf([&] { states = EjecutaPASO(m, host); });
+    m.synmem();
+    m.PC &= 0xFFFF;
+    if (error == noError) {
+        ++now_->counters.instructions;
+        now_->counters.tStates += states;
+    }
+    history_.executed(1, *now_);
+    if (!halts || any(3) == 0) return;
+    const auto before = std::make_unique<Moment>(*now_);
+    m.PC = any(0x10000);
+    act();
+    history_.changed(*before, *now_, History::Kind::wayOut);
+}
+
+void RecordedMachine::changeSomething() {
+    const auto before = std::make_unique<Moment>(*now_);
+    for (int acts = 1 + any(3); acts > 0; --acts) act();
+    history_.changed(*before, *now_, History::Kind::outside);
+    copy();
+}
+
+void RecordedMachine::act() {
+    MachineState& m = now_->machine;
+    switch (any(8)) {
+        case 0: m.A = static_cast<std::uint8_t>(any(256)); break;
+        case 1: m.H = static_cast<std::uint8_t>(any(256)); break;
+        case 2: m.storeMemory(any(0x10000), any(256)); break;
+        case 3: m.storePort(any(256), any(256)); break;
+        case 4: m.SID = !m.SID; break;
+        case 5: m.PC = any(0x10000); break;
+        case 6:
+            reset(m);
+            now_->counters = {};
+            break;
+        default:  // a load
+            for (int cell = any(3000); cell >= 0; --cell) m.storeMemory(cell + 0x1200, any(256));
+    }
+    m.recomputePairs();
+    m.synmem();
+}
+
+void RecordedMachine::copy() {
+    copies_.push_back({history_.end(), std::make_unique<Moment>(*now_)});
+}
+
+void RecordedMachine::goBackTo(const Position& at, const Moment& moment) {
+    *now_ = moment;
+    history_.cutBehind(at);
+    const auto behind = [&at](const Copy& copy) { return copy.at > at; };
+    copies_.erase(std::remove_if(copies_.begin(), copies_.end(), behind), copies_.end());
+}
+
+void RecordedMachine::clear() {
+    history_.begin(*now_);
+    copies_.clear();
+    copy();
+}
+
+}  // namespace tavinor::test
