@@ -20,6 +20,7 @@ class Folder:
 FOLDERS = {
     "files": Folder(core=True),
     "machine": Folder(core=True),
+    "history": Folder(includes=("machine",), core=True),
     "images": Folder(includes=("files", "machine"), core=True),
     "assembler": Folder(includes=("files", "machine"), core=True),
     "ui/common": Folder(includes=("files", "machine")),
