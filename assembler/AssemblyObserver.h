@@ -13,8 +13,8 @@ enum class Pane : std::uint8_t {
     report,   ///< `filehex`: the errors, or the HEX records.
 };
 
-/// Watches an assembly while it runs, and can cancel it: whoever repeats these calls holds the texts of the
-/// result. Every member does nothing unless it is overridden.
+/// Watches an assembly while it runs, and can cancel it: a caller that repeats these calls holds the texts of
+/// the result. Every member does nothing unless it is overridden.
 class AssemblyObserver : public WorkObserver {
   public:
     /// The pane is empty again.

@@ -10,7 +10,7 @@
 
 namespace tavinor {
 
-/// Pages of 256 bytes that several owners share. A page never changes; it is there as long as somebody holds
+/// Pages of 256 bytes that several owners share. A page never changes; it is there as long as an owner holds
 /// it. Pages that are given back are used again, not returned to the system.
 class PagePool {
   public:
