@@ -180,20 +180,33 @@ void placeFillingLoop(MachineState& m) {
     m.synmem();
 }
 
-TEST(HistoryMemoryTest, StaysWithinItsBoundHoweverLongItIs) {
-    constexpr std::size_t bound = std::size_t{4} * 1024 * 1024;
-    const auto now = std::make_unique<Moment>();
-    placeFillingLoop(now->machine);
-    History history(*now, bound);
-    const auto breakpoints = std::make_unique<Breakpoints>();
-    Written written;
-    for (int i = 0; i < 600; ++i) {
-        const BatchResult result = runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
-        now->counters.instructions += result.instructions;
-        now->counters.tStates += result.tStates;
-        history.executed(result.instructions, *now);
-        ASSERT_LE(history.checkpoints().bytes(), bound);
+/// A history with little room, so long that its checkpoints have to thin out.
+class HistoryMemoryTest : public ::testing::Test {
+  protected:
+    static constexpr std::size_t bound = std::size_t{4} * 1024 * 1024;
+
+    HistoryMemoryTest() { placeFillingLoop(now->machine); }
+
+    void runLong() {
+        const auto breakpoints = std::make_unique<Breakpoints>();
+        Written written;
+        history.begin(*now);
+        for (int i = 0; i < 600; ++i) {
+            const BatchResult result =
+                runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
+            now->counters.instructions += result.instructions;
+            now->counters.tStates += result.tStates;
+            history.executed(result.instructions, *now);
+            ASSERT_LE(history.checkpoints().bytes(), bound);
+        }
     }
+
+    std::unique_ptr<Moment> now = std::make_unique<Moment>();
+    History history{*now, bound};
+};
+
+TEST_F(HistoryMemoryTest, StaysWithinItsBoundHoweverLongItIs) {
+    ASSERT_NO_FATAL_FAILURE(runLong());
     Replay replay(history);
     ASSERT_TRUE(replay.seek(history.end()));
     EXPECT_EQ(differences(replay.machine(), now->machine), "");
@@ -205,17 +218,8 @@ TEST(HistoryMemoryTest, StaysWithinItsBoundHoweverLongItIs) {
     }
 }
 
-TEST(HistoryMemoryTest, ExecutedAgainAThinPlaceIsDense) {
-    constexpr std::size_t bound = std::size_t{4} * 1024 * 1024;
-    const auto now = std::make_unique<Moment>();
-    placeFillingLoop(now->machine);
-    History history(*now, bound);
-    const auto breakpoints = std::make_unique<Breakpoints>();
-    Written written;
-    for (int i = 0; i < 600; ++i) {
-        const BatchResult result = runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
-        history.executed(result.instructions, *now);
-    }
+TEST_F(HistoryMemoryTest, ExecutedAgainAThinPlaceIsDense) {
+    ASSERT_NO_FATAL_FAILURE(runLong());
     Replay replay(history);
     const Position old{10'000'000, 0};
     ASSERT_TRUE(replay.seek(old));
