@@ -21,21 +21,7 @@ class RunInputTest : public QObject {
     }
     /// INX B; JMP 0000: the program counter is at 0000 or 0001 at all times.
     void loadCounter() const { s_->load(0, QByteArray::fromHex("03C30000")); }
-    /// Does the actions one after the other in the middle of a run, instructions between each two of them.
-    void runWith(const QList<std::function<void()>>& actions) const {
-        doNext(actions);
-        s_->press("Ejecutar");
-    }
-    void doNext(const QList<std::function<void()>>& actions) const {
-        QTimer::singleShot(10, &s_->window, [this, actions] {
-            if (actions.isEmpty()) {
-                if (s_->running()) s_->press("Ejecutar");
-                return;
-            }
-            actions.first()();
-            doNext(actions.mid(1));
-        });
-    }
+    void runWith(const QList<std::function<void()>>& actions) const { s_->runWith(actions); }
     /// The addresses that have a breakpoint.
     [[nodiscard]] QList<int> breakpoints() const {
         QList<int> addresses;

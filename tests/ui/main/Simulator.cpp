@@ -141,6 +141,22 @@ void Simulator::load(int address, const QByteArray& bytes) {
     if (!QTest::qWaitForWindowActive(&window)) qFatal("the main window does not become active again");
 }
 
+void Simulator::runWith(const QList<std::function<void()>>& actions) {
+    doNext(actions);
+    press("Ejecutar");
+}
+
+void Simulator::doNext(const QList<std::function<void()>>& actions) {
+    QTimer::singleShot(10, &window, [this, actions] {
+        if (actions.isEmpty()) {
+            if (running()) press("Ejecutar");
+            return;
+        }
+        actions.first()();
+        doNext(actions.mid(1));
+    });
+}
+
 bool Simulator::running() const {
     return button("Ejecutar")->text() == QStringLiteral("&Parar");
 }

@@ -86,11 +86,15 @@ class Simulator {
     void load(int address, const QByteArray& bytes);
 
     [[nodiscard]] bool running() const;
+    /// Runs, and does the actions one after the other in the middle of it, instructions between each two of
+    /// them; then stops.
+    void runWith(const QList<std::function<void()>>& actions);
     /// Starts a run, does `during` in the middle of it, and stops it if it is still going. Returns when it
     /// has ended.
     void runWith(const std::function<void()>& during) const;
 
   private:
+    void doNext(const QList<std::function<void()>>& actions);
     [[nodiscard]] QWidget* findWidget(const QString& name) const;
 
     mutable QHash<QString, QWidget*> found_;  // controls live as long as their window
