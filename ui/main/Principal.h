@@ -2,14 +2,16 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <cstdint>
 #include <memory>
+#include <new>
 
 #include "machine/Host.h"
 #include "machine/MachineState.h"
 #include "machine/RuntimeError.h"
 #include "ui/common/KeyRepeats.h"
-#include "ui/main/HeldPaints.h"
-#include "ui/main/RunPace.h"
+#include "ui/common/MemoryGuard.h"
+#include "ui/main/Run.h"
 
 class QAction;
 
@@ -29,16 +31,16 @@ struct LoadResult;
 class TraceRecorder;
 
 /// The window of the simulator. It has the machine and the breakpoints, wires the panels that show them and
-/// drives execution. The window is running exactly while `Ejecutar` reads "&Parar".
+/// executes. The window is running exactly while `Ejecutar` reads "&Parar".
 ///
 /// A refresh has two halves. The first notes, after every instruction, the values that the views show. The
 /// second brings the widgets up to date; in a run it waits until somebody could look: until an event is
 /// handed to a handler, the screen is to be painted, or the halt dialog opens.
-class Principal : public QMainWindow, private Host {
+class Principal : public QMainWindow, private Host, private RunWindow {
     Q_OBJECT
 
   public:
-    explicit Principal(QWidget* parent = nullptr);
+    explicit Principal(std::unique_ptr<RunPace> pace = std::make_unique<ClockPace>());
     ~Principal() override;
 
     [[nodiscard]] const MachineState& machine() const { return machine_; }
@@ -65,14 +67,20 @@ class Principal : public QMainWindow, private Host {
   protected:
     void closeEvent(QCloseEvent* event) override;
     bool focusNextPrevChild(bool next) override;
-    /// In a run: brings the views up to date before any event reaches its handler.
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     // What the machine asks of its host.
     void savmem(std::int32_t dir, std::int32_t dat) override;
     void savport(std::int32_t dir, std::int32_t dat) override;
     void halt() override;
+
+    // What a run asks of its window.
+    [[nodiscard]] bool running() const override;
+    void stop() override;
+    Executed executeSome(std::int64_t most) override;
+    void bringUpToDate() override;
+    /// The same, and the trace window, which otherwise follows at the pace of the screen.
+    void showAll() override;
 
     LoadResult load(const QString& path);
     void showLoaded(const LoadResult& result);
@@ -103,21 +111,14 @@ class Principal : public QMainWindow, private Host {
     bool Form_QueryUnload();
     void carryOut(int haltOption);
 
-    void run();
     void executeOne();
     /// Called just before each instruction: its row in the trace.
     void listainstru();
     /// Called just after it and the refresh: the registers of its row.
     void listareg();
-    void yield();
-    void paintFrame();
     /// Refreshes every view.
     void regen();
     void noteValues();
-    /// Brings the widgets of this window up to date with the noted values.
-    void bringUpToDate();
-    /// The same, and the trace window, which otherwise follows at the pace of the screen.
-    void showAll();
 
     void enterMemoryByte(std::int32_t address, int byte);
     void enterSelectedByte(std::int32_t address, int byte);
@@ -128,22 +129,24 @@ class Principal : public QMainWindow, private Host {
     /// Runs an event procedure. An error of the machine, or a lack of memory, ends it there, stops a run,
     /// refreshes the views and is shown in a message box.
     template <typename Procedure>
-    void guarded(const Procedure& procedure);
+    void guarded(const Procedure& procedure) {
+        try {
+            procedure();
+            run_.endWhereMemoryIsOut();
+        } catch (const RuntimeError& error) {
+            recover(errorText(error));
+        } catch (const std::bad_alloc&) {
+            recover(memoryOutText());
+        }
+    }
+    static QString errorText(const RuntimeError& error);
     void recover(const QString& message);
-    /// Does what would let an exception reach Qt where there is no memory for it: the event procedure in
-    /// whose event loop it happens ends by the exception instead.
-    template <typename Work>
-    void showSafely(const Work& work);
 
     MachineState machine_;
     Breakpoints breakpoints_{};
-    RunPace pace_;
-    HeldPaints heldPaints_;
+    Run run_;
     KeyRepeats keyRepeats_;
-    bool loopOnStack_ = false;
-    int runLevel_ = 0;  // the depth of event loops at which the run turns
     bool viewsBehind_ = false;
-    bool memoryOut_ = false;  // for the views; an event procedure is to end because of it
 
     // In the order of the screen, which is the order of Tab.
     CommandBar* commands_;

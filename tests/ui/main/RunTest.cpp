@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "tests/support/RealInput.h"
+#include "tests/ui/main/ListedPace.h"
 #include "tests/ui/main/Simulator.h"
 #include "tests/ui/main/ViewsCheck.h"
 
@@ -129,6 +130,25 @@ class RunTest : public QObject {
         // runWith itself stops the run unless the breakpoint does so first; here both may have.
         s_->press("Ejecutar");
         QCOMPARE(s_->machine().PC, 1);
+    }
+
+    /// A pace without a clock: which instructions lie between two looks at the event queue is the test's say.
+    void looksAfterListedInstructions() {
+        s_ = std::make_unique<Simulator>(std::make_unique<ListedPace>(QList<std::int64_t>{1, 7, 4096}));
+        loadCounter();
+        QList<int> counts;
+        QTimer everyLook;
+        connect(&everyLook, &QTimer::timeout, this, [&] {
+            if (counts.size() == 5) return;
+            counts.append(2 * s_->machine().BC - s_->machine().PC);
+            if (counts.size() == 5) s_->press("Ejecutar");
+        });
+        everyLook.start(0);
+        s_->press("Ejecutar");
+        everyLook.stop();
+        QCOMPARE(counts, (QList<int>{1, 8, 4104, 4105, 4112}));
+        QCOMPARE(2 * s_->machine().BC - s_->machine().PC, counts.last());
+        QCOMPARE(difference(), QString());
     }
 
     void aTightLoopRuns() {

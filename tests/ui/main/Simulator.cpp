@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QTest>
 #include <QTimer>
+#include <utility>
 
 #include "tests/support/RealInput.h"
 
@@ -40,7 +41,7 @@ QByteArray hexRecords(int address, const QByteArray& bytes) {
     return file;
 }
 
-Simulator::Simulator() {
+Simulator::Simulator(std::unique_ptr<RunPace> pace) : window(std::move(pace)) {
     if (!showActive(&window)) qFatal("the main window does not become active");
 }
 

@@ -8,6 +8,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <functional>
+#include <memory>
 
 #include "tests/support/DialogAnswerer.h"
 #include "ui/common/HexBox.h"
@@ -29,7 +30,7 @@ inline const QByteArray endRecord = ":00000001FF\r\n";
 class Simulator {
   public:
     /// Shows the window and waits until it is active.
-    Simulator();
+    explicit Simulator(std::unique_ptr<RunPace> pace = std::make_unique<ClockPace>());
 
     Principal window;
     /// What the window is expected to ask and say meanwhile.
