@@ -22,13 +22,20 @@ bool namesHome(const QString& typed) {
     return typed == QStringLiteral("~") || typed.startsWith(QStringLiteral("~/"));
 }
 
-/// The newer one of the two ways to write the suffix; in small letters where neither is there.
+/// The newest one of all ways to write the suffix; in small letters where none is there.
 QString completed(const QString& path, const QString& suffix) {
-    const QFileInfo small(path + '.' + suffix.toLower());
-    const QFileInfo large(path + '.' + suffix.toUpper());
-    if (!large.exists()) return small.filePath();
-    const bool largeIsNewer = !small.exists() || small.lastModified() < large.lastModified();
-    return largeIsNewer ? large.filePath() : small.filePath();
+    QFileInfo newest(path + '.' + suffix.toLower());
+    // Each bit of `capitals` is a letter. The folder is not listed: it may be long, or not readable.
+    for (unsigned capitals = 1; capitals < 1U << suffix.size(); ++capitals) {
+        QString spelling = suffix.toLower();
+        for (int i = 0; i < suffix.size(); ++i) {
+            if ((capitals >> i & 1U) != 0) spelling[i] = spelling[i].toUpper();
+        }
+        const QFileInfo other(path + '.' + spelling);
+        if (!other.exists()) continue;
+        if (!newest.exists() || newest.lastModified() < other.lastModified()) newest = other;
+    }
+    return newest.filePath();
 }
 
 }  // namespace

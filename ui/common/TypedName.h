@@ -22,7 +22,8 @@ struct TypedName {
 };
 
 /// `typed` as seen from `folder`. Every other character than "*" and "?" belongs to the name. A name without
-/// extension that no file has gets `suffix`; of "prog.hex" and "prog.HEX" the newer one is meant.
+/// extension that no file has gets `suffix` (a few letters); of "prog.hex", "prog.HEX" and "prog.Hex" the
+/// newest one is meant.
 TypedName understand(const QString& typed, const QDir& folder, const QString& suffix);
 
 }  // namespace tavinor
