@@ -54,13 +54,13 @@ void FileDialog::accept() {
     name_->completer()->popup()->hide();
     const TypedName typed = understand(name_->text(), directory(), suffix_);
     switch (typed.kind) {
-        case TypedName::Kind::nothing: break;
+        case TypedName::Kind::nothing: name_->selectAll(); break;
         case TypedName::Kind::folder:
             setDirectory(typed.path);
             name_->clear();
             break;
         case TypedName::Kind::pattern:
-            if (QFileInfo(typed.path).isDir()) setDirectory(typed.path);
+            setDirectory(typed.path);
             showFitting(typed.pattern);
             presetName(typed.pattern);
             break;

@@ -46,7 +46,9 @@ TypedName understand(const QString& typed, const QDir& folder, const QString& su
     const QString path = namesHome(text) ? QDir::homePath() + text.mid(1) : folder.absoluteFilePath(text);
     const QString name = path.section('/', -1);
     if (name.contains('*') || name.contains('?')) {
-        return {TypedName::Kind::pattern, path.chopped(name.size()), name};
+        const QString shown = path.chopped(name.size());
+        if (!QFileInfo(shown).isDir()) return {};
+        return {TypedName::Kind::pattern, shown, name};
     }
     if (QFileInfo(path).isDir()) return {TypedName::Kind::folder, QDir::cleanPath(path)};
     if (name.isEmpty()) return {};  // a folder that is not there

@@ -23,7 +23,7 @@ struct TypedName {
 
 /// `typed` as seen from `folder`. Every other character than "*" and "?" belongs to the name. A name without
 /// extension that no file has gets `suffix` (a few letters); of "prog.hex", "prog.HEX" and "prog.Hex" the
-/// newest one is meant.
+/// newest one is meant. What lies in a folder that is not there, a pattern or nothing, means nothing.
 TypedName understand(const QString& typed, const QDir& folder, const QString& suffix);
 
 }  // namespace tavinor

@@ -65,6 +65,27 @@ class FileNamesTest : public QObject {
         QCOMPARE(chosen, f.path("sub/c.asm"));
     }
 
+    void aPatternInAFolderThatIsNotThereChangesNothing() {
+        FileDialogFixture f("a.asm");
+        f.put("b.txt");
+        const QStringList all{"a.asm", "b.txt"};
+        for (const QString pattern : {"nada/*.asm", "a.asm/*.asm", "/nada/nada/?"}) {
+            for (const bool saving : {false, true}) {
+                const auto chosen = f.ask(saving, {}, [&](QFileDialog& dialog) {
+                    QTRY_COMPARE(namesShown(dialog), all);
+                    typeName(dialog, pattern);
+                    QVERIFY(dialog.isVisible());
+                    QCOMPARE(nameField(dialog)->text(), pattern);
+                    QCOMPARE(nameField(dialog)->selectedText(), pattern);  // ready to be typed again
+                    QCOMPARE(dialog.directory().path(), f.path({}));
+                    QTest::qWait(50);  // the files are filtered in the background
+                    QCOMPARE(namesShown(dialog), all);
+                });
+                QVERIFY(!chosen);
+            }
+        }
+    }
+
     /// Qt takes quotes for a list of names.
     void quotesBelongToTheName() {
         FileDialogFixture f("b");
