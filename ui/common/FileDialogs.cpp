@@ -5,10 +5,12 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QHeaderView>
+#include <QListView>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStringList>
 #include <QTreeView>
+#include <algorithm>
 
 #include "ui/common/FileDetails.h"
 #include "ui/common/FileDialog.h"
@@ -86,6 +88,16 @@ void makeRoomForTexts(QFileDialog& dialog) {
     }
 }
 
+/// Qt makes the side bar as wide as the first of its places, and cuts the others.
+void makeRoomForPlaces(QFileDialog& dialog) {
+    constexpr int mostLetters = 36;  // of a name that leaves the files in view
+    auto* bar = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+    if (bar == nullptr) return;
+    const int letter = dialog.fontMetrics().averageCharWidth();
+    const int names = bar->sizeHintForColumn(0) + letter + 2 * bar->frameWidth();
+    bar->setMinimumWidth(std::min(names, mostLetters * letter));
+}
+
 std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
     keepSettingsOutOfTheHome();
     FileKinds kinds;
@@ -96,6 +108,7 @@ std::optional<QString> askFile(QWidget* parent, const FileDialogTexts& texts, QF
     dialog.setProxyModel(new FileDetails(&dialog));
     installFilters(dialog, nameFilters(texts.filter));
     makeRoomForTexts(dialog);
+    makeRoomForPlaces(dialog);
     dialog.installEventFilter(new PlainQuestions(&dialog));
     dialog.presetName(texts.initialName);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;

@@ -130,6 +130,31 @@ class FileDialogsTest : public QObject {
         });
     }
 
+    /// "Docu..." is no name.
+    void theSideBarShowsItsNamesWhole() {
+        const TemporaryHome home;
+        home.makeDocuments("Documentos de la clase");
+        FileDialogFixture f("a.asm");
+        f.ask(false, {}, [](QFileDialog& dialog) {
+            const auto* bar = dialog.findChild<QListView*>("sidebar");
+            QCOMPARE(bar->model()->rowCount(), 3);
+            for (int row = 0; row < bar->model()->rowCount(); ++row) {
+                const QModelIndex place = bar->model()->index(row, 0);
+                const int needed = bar->sizeHintForIndex(place).width();
+                QVERIFY2(bar->viewport()->width() >= needed, qPrintable(place.data().toString()));
+            }
+        });
+    }
+
+    void aLongNameInTheSideBarLeavesTheFilesInView() {
+        const TemporaryHome home;
+        home.makeDocuments(QString(200, 'n'));
+        FileDialogFixture f("a.asm");
+        f.ask(false, {}, [](QFileDialog& dialog) {
+            QVERIFY(dialog.findChild<QTreeView*>("treeView")->width() > dialog.width() / 2);
+        });
+    }
+
     void aNameThatLooksLikeMarkupIsNone() {
         FileDialogFixture f("<b>x<b>&amp;.asm");
         Qt::TextFormat format = Qt::AutoText;
