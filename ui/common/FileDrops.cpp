@@ -7,7 +7,6 @@
 #include <QMimeData>
 #include <QUrl>
 #include <QWidget>
-#include <algorithm>
 #include <utility>
 
 namespace tavinor {
@@ -27,8 +26,7 @@ QString draggedFile(const QMimeData& dragged) {
 }  // namespace
 
 bool carriesFiles(const QMimeData& dragged) {
-    const QList<QUrl> urls = dragged.urls();
-    return std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    return dragged.hasUrls();
 }
 
 FileDrops::FileDrops(QWidget* window, const QStringList& kinds) : QObject(window), kinds_(kinds) {

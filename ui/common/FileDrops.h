@@ -10,8 +10,8 @@ class QWidget;
 
 namespace tavinor {
 
-/// Whether files are being dragged, whatever else their names may be taken for: Qt offers them as a text,
-/// too.
+/// Whether files are being dragged, this computer's or another's, or links to pages: Qt offers their
+/// addresses as a text, too.
 bool carriesFiles(const QMimeData& dragged);
 
 /// Takes files that are dropped on a window: one at a time, of the kinds that the window opens. Anything else

@@ -1,8 +1,10 @@
 #include "ui/editor/PatternBox.h"
 
+#include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
 
+#include "ui/common/FileDrops.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {
@@ -33,6 +35,15 @@ void PatternBox::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+/// The box would take the address of a file for a text.
+void PatternBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (carriesFiles(*event->mimeData())) {
+        event->ignore();
+    } else {
+        QLineEdit::dragEnterEvent(event);
+    }
 }
 
 }  // namespace tavinor

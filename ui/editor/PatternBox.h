@@ -19,6 +19,7 @@ class PatternBox : public QLineEdit {
     void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
 
   private:
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected

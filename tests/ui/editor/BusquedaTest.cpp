@@ -2,7 +2,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QUrl>
 
+#include "tests/support/Dragging.h"
 #include "tests/ui/editor/EditorFixture.h"
 #include "ui/editor/Busqueda.h"
 
@@ -280,6 +282,32 @@ class BusquedaTest : public QObject {
         QCOMPARE(f.cadena()->selectedText(), QString("xyz"));
         clickIn(f.cadena());
         QCOMPARE(f.cadena()->selectedText(), QString());
+    }
+
+    void aTextDroppedOnThePatternGoesIn() {
+        Fixture f("A");
+        QVERIFY(f.openDialog());
+        const QPoint place = f.cadena()->geometry().center();
+        QVERIFY(dropOn(f.dialog(), place, DraggedText("HLT")) != DragEnd::refused);
+        QCOMPARE(f.cadena()->text(), QString("HLT"));
+    }
+
+    void aFileDroppedOnThePatternIsRefused_data() {
+        QTest::addColumn<QUrl>("file");
+        QTest::newRow("source") << QUrl("file:///tmp/a.asm");
+        QTest::newRow("other file") << QUrl("file:///tmp/a.txt");
+        QTest::newRow("on another computer") << QUrl("sftp://example.org/a.asm");
+    }
+
+    void aFileDroppedOnThePatternIsRefused() {
+        QFETCH(const QUrl, file);
+        Fixture f("A");
+        QVERIFY(f.openDialog());
+        QMimeData dragged;
+        dragged.setUrls({file});
+        QCOMPARE(dropOn(f.dialog(), f.cadena()->geometry().center(), dragged), DragEnd::refused);
+        QCOMPARE(f.cadena()->text(), QString());
+        QCOMPARE(f.text(), QString("A"));
     }
 
     void closingTheEditorHidesTheDialogAndForgetsTheRepeat() {

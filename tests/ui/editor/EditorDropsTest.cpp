@@ -81,16 +81,25 @@ class EditorDropsTest : public QObject {
         f.discard();
     }
 
-    /// What a browser drags is no file.
-    void theAddressOfAPageIsAText() {
+    /// File managers drag files of other computers, browsers links.
+    void anAddressIsNoText_data() {
+        QTest::addColumn<QStringList>("addresses");
+        QTest::newRow("source on another computer") << QStringList{"sftp://example.org/b.asm"};
+        QTest::newRow("page") << QStringList{"http://example.org/"};
+        QTest::newRow("two") << QStringList{"sftp://example.org/b.asm", "sftp://example.org/c.asm"};
+        QTest::newRow("one here") << QStringList{"sftp://example.org/b.asm", "file:///tmp/b.asm"};
+    }
+
+    void anAddressIsNoText() {
+        QFETCH(const QStringList, addresses);
         EditorFixture f;
         QVERIFY(f.open(f.put("a.asm", "A\r\n")));
-        QMimeData page;
-        page.setUrls({QUrl("http://example.org/b.asm")});
-        page.setText("http://example.org/b.asm");
-        QVERIFY(dropOn(&f.editor, page) != DragEnd::refused);
-        QVERIFY2(f.text().contains("http://example.org/b.asm"), qPrintable(f.text()));
-        f.discard();
+        QMimeData dragged;
+        dragged.setUrls(QUrl::fromStringList(addresses));
+        dragged.setText(addresses.join('\n'));
+        QCOMPARE(dropOn(&f.editor, dragged), DragEnd::refused);
+        QCOMPARE(f.text(), QString("A\n"));
+        QVERIFY(f.editor.close());  // nothing has changed
     }
 
     void aQuestionOverTheEditorComesFirst() {
