@@ -22,8 +22,17 @@ PRESETS = """{
   "configurePresets": [{ "name": "debug", "generator": "Ninja", "binaryDir": "${sourceDir}/build/debug" }]
 }"""
 PROGRAM = """
+#include <stdio.h>
+#include <unistd.h>
 #include "sum.h"
-int main(void) { return sum(2, 3) == 5 && sum(0, 0) == 0 ? 0 : 1; }
+int main(void) {
+    if (sum(0, 0) == 1) {
+        puts("FAIL!  : as Qt's tests say it, which go on then");
+        fflush(stdout);
+        sleep(600);
+    }
+    return sum(2, 3) == 5 && sum(0, 0) == 0 ? 0 : 1;
+}
 """
 SUM = """
 static int sum(int a, int b) {
@@ -45,6 +54,13 @@ in sum.h
 seen by sum_test
 -     return a + b;
 +     return a +;
+"""
+LONG = """
+= long
+in sum.h
+seen by sum_test
+-     return a + b;
++     return a + b + 1;
 """
 UNSEEN = """
 = greater
@@ -91,6 +107,10 @@ class MutateTest(unittest.TestCase):
         self.assertEqual((self.root / "build" / "mutate" / "sum.h").read_text(encoding="utf-8"), SUM)
         self.assertEqual((self.root / "sum.h").read_text(encoding="utf-8"), SUM)
         self.assertEqual(self.mutate(CAUGHT).returncode, 0)
+
+    def test_the_first_failure_is_enough(self):
+        result = self.mutate(LONG)
+        self.assertRegex(result.stdout, r"(?m)^caught +[0-9]+ s  toy/long$")
 
     def test_wants_tests_that_pass_as_long_as_nothing_is_wrong(self):
         (self.root / "sum.h").write_text(SUM.replace("a + b", "a * b"), encoding="utf-8")
