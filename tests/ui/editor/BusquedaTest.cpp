@@ -273,6 +273,18 @@ class BusquedaTest : public QObject {
         QCOMPARE(f.selection(), way == "search" ? Selection(4, 3) : Selection(0, 3));
     }
 
+    void comingBackFromAnotherWindowSelectsThePattern() {
+        Fixture f("A");
+        QVERIFY(f.openDialog());
+        typeText(f.dialog(), "xyz");
+        clickIn(f.may());
+        QVERIFY(f.may()->hasFocus());
+        QVERIFY(showActive(&f.editor));
+        QVERIFY(showActive(f.dialog()));
+        QVERIFY(f.cadena()->hasFocus());
+        QCOMPARE(f.cadena()->selectedText(), QString("xyz"));
+    }
+
     void aClickIntoThePatternKeepsItSelected() {
         Fixture f("A");
         QVERIFY(f.openDialog());

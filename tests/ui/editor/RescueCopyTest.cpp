@@ -70,6 +70,9 @@ class RescueCopyTest : public QObject {
         whole = pieces.join(QString());
         QVERIFY(RescueCopy(path()).write(lines(pieces), TextEncoding::utf8));
         QCOMPARE(copy(), whole.toUtf8().replace("\n", "\r\n"));
+        // The mark stands in front once, however many pieces follow.
+        QVERIFY(RescueCopy(path()).write(lines(pieces), TextEncoding::markedUtf8));
+        QCOMPARE(copy(), "\xEF\xBB\xBF" + whole.toUtf8().replace("\n", "\r\n"));
     }
 
     void isOfferedWhenItIsNotOlder() {
