@@ -50,6 +50,7 @@ class EditorDropsTest : public QObject {
     void allElseIsRefused() {
         EditorFixture f;
         QVERIFY(f.open(f.put("a.asm", "A\r\n")));
+        const DialogAnswerer noDialogs;
         f.put("b.asm", "B\r\n");
         QVERIFY(QDir(f.folder.path()).mkdir("folder.asm"));
         QCOMPARE(dropOn(&f.editor, DraggedFiles({f.put("b.hex", ":00000001FF")})), DragEnd::refused);
