@@ -25,10 +25,10 @@ struct Seconds {
 Seconds measure(const std::string& text) {
     Seconds best;
     for (int run = 0; run < 5; ++run) {
-        AssemblyObserver nobody;
+        AssemblyObserver unobserved;
         const auto start = std::chrono::steady_clock::now();
         const std::clock_t processorStart = std::clock();
-        const AssemblyResult result = tavinor::assemble(text, nobody);
+        const AssemblyResult result = tavinor::assemble(text, unobserved);
         const std::clock_t processorTaken = std::clock() - processorStart;
         const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
         if (!result.assembled) return {};

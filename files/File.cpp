@@ -20,7 +20,7 @@ namespace tavinor {
 
 namespace {
 
-constexpr int everybody = 0666;  // less what the user's mask takes away
+constexpr int allUsers = 0666;  // less what the user's mask takes away
 constexpr int ownerOnly = 0600;
 constexpr std::size_t chunkSize = std::size_t{64} * 1024;
 
@@ -151,7 +151,7 @@ File File::forReading(const std::filesystem::path& path) {
 }
 
 File File::forWriting(const std::filesystem::path& path) {
-    File file = open(path, O_WRONLY | O_CREAT, everybody);
+    File file = open(path, O_WRONLY | O_CREAT, allUsers);
     if (file.isOpen() && !file.resize(0)) file.close();
     return file;
 }
@@ -165,7 +165,7 @@ File File::forRewriting(const std::filesystem::path& path) {
 }
 
 File File::createNew(const std::filesystem::path& path, bool secret) {
-    return open(path, O_WRONLY | O_CREAT | O_EXCL, secret ? ownerOnly : everybody);
+    return open(path, O_WRONLY | O_CREAT | O_EXCL, secret ? ownerOnly : allUsers);
 }
 
 File::File(File&& other) noexcept : handle_(std::exchange(other.handle_, none)) {}

@@ -12,7 +12,7 @@ namespace tavinor {
 
 /// A file that the user chose, open for reading or for writing. There is no other way to its bytes.
 ///
-/// A name may turn out to be a folder, a pipe without anybody at its other end, a socket or a device: opening
+/// A name may turn out to be a folder, a pipe whose other end is not open, a socket or a device: opening
 /// never waits, and what is no regular file is not opened. Symbolic links are followed.
 class File {
   public:

@@ -40,8 +40,8 @@ void acceptInterrupt(MachineState& m, Host& host, std::int32_t address);
 void acceptRst75(MachineState& m, Host& host);
 
 /// INTR: interrupts off, then the instruction whose opcode the device supplies (`vectorText`, hexadecimal)
-/// executes once in the place of the byte at PC, with PC left where it is. Nobody is shown the borrowed byte,
-/// and it is put back whatever the instruction wrote there.
+/// executes once in the place of the byte at PC, with PC left where it is. The borrowed byte is shown
+/// nowhere, and it is put back whatever the instruction wrote there.
 /// @throws RuntimeError overflow when the vector is above 255 (nothing executed), or as the instruction.
 void requestIntr(MachineState& m, Host& host, std::string_view vectorText);
 

@@ -12,7 +12,7 @@ namespace tavinor {
 /// 16-bit registers.
 ///
 /// `PSW`, `BC`, `DE` and `HL` repeat the 8-bit registers (high*256 + low). The stepper recomputes them after
-/// every instruction; whoever changes a register outside it calls `recomputePairs`.
+/// every instruction; a caller that changes a register outside it calls `recomputePairs`.
 struct Registers {
     std::uint8_t A = 0, B = 0, C = 0, D = 0, E = 0, F = 0, H = 0, L = 0;
     std::int32_t PSW = 0, BC = 0, DE = 0, HL = 0;  ///< 0..65535

@@ -5,7 +5,7 @@
 namespace tavinor {
 
 /// The two ways in which an event of the program can fail while it works on the machine: a value that does
-/// not fit a byte cell, or an index outside an array. Whoever meets one ends the event there; what was
+/// not fit a byte cell, or an index outside an array. The procedure that meets one ends there; what was
 /// written before it stays written.
 class RuntimeError : public std::exception {
   public:

@@ -1,5 +1,5 @@
 # Run by cpack before it packs: brings the files to what Debian alone wants of its packages. A compressed change log,
-# compressed manual pages, and everything readable to everybody, whatever the umask of who packs.
+# compressed manual pages, and everything readable to all users, whatever the umask of the one who packs.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()
 endif()

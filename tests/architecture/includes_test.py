@@ -100,8 +100,8 @@ def complaint_about_test(include):
     home = tested_folder(include.source)
     if not include.own:
         core = home is not None and FOLDERS[home].core
-        toolkit = include.header.startswith("Q")
-        return "tests of the core need no toolkit" if core and toolkit else None
+        of_qt = include.header.startswith("Q")
+        return "tests of the core need no Qt" if core and of_qt else None
     target = folder_of(include.header)
     if target is None or target == home or in_face(include.header) or tests_whole_program(include.source):
         return None

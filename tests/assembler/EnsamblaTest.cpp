@@ -262,9 +262,9 @@ TEST(Observer, HearsOfLongTextsInPieces) {
 TEST(Observer, MayBeSilent) {
     constexpr std::array<std::string_view, 2> disordered{"NOP^00", "CMA^2F"};
     RecordingObserver observer;
-    AssemblyObserver nobody;
+    AssemblyObserver unobserved;
     const AssemblyResult heard = assemble("a: NOP\n x", observer, disordered);
-    const AssemblyResult unheard = assemble("a: NOP\n x", nobody, disordered);
+    const AssemblyResult unheard = assemble("a: NOP\n x", unobserved, disordered);
     EXPECT_EQ(observer.messages, Events{"Error en tabla"});
     EXPECT_EQ(unheard.report, heard.report);
     EXPECT_EQ(unheard.listing, heard.listing);
@@ -443,8 +443,8 @@ constexpr std::size_t maximumSourceSize = std::size_t{64} << 20;
 AssemblyResult assembledFile(const std::string& source) {
     TemporaryDirectory directory;
     writeBytes(directory / "prog.asm", source);
-    AssemblyObserver nobody;
-    return Ensambla(directory / "prog.asm", directory / "prog.HEX", nobody);
+    AssemblyObserver unobserved;
+    return Ensambla(directory / "prog.asm", directory / "prog.HEX", unobserved);
 }
 
 TEST(Large, SourceOf64MiB) {

@@ -49,8 +49,8 @@ struct Loaded {
 Loaded load(const fs::path& hex) {
     LoadedMachine host;
     Breakpoints breakpoints{};
-    WorkObserver nobody;
-    LoadResult result = carga(hex, host.machine, breakpoints, host, nobody);
+    WorkObserver unobserved;
+    LoadResult result = carga(hex, host.machine, breakpoints, host, unobserved);
     return {host.image, result.message};
 }
 

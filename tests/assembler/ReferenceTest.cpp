@@ -49,8 +49,8 @@ std::string everyInstruction() {
 ImageBuffer loadedFrom(const std::filesystem::path& hex) {
     LoadedMachine host;
     Breakpoints breakpoints{};
-    WorkObserver nobody;
-    EXPECT_EQ(carga(hex, host.machine, breakpoints, host, nobody).message, "");
+    WorkObserver unobserved;
+    EXPECT_EQ(carga(hex, host.machine, breakpoints, host, unobserved).message, "");
     return host.image;
 }
 

@@ -54,8 +54,8 @@ void RecordingObserver::message(std::string_view text) {
 }
 
 AssemblyResult assembled(std::string_view source) {
-    AssemblyObserver nobody;
-    return assemble(std::string(source), nobody);
+    AssemblyObserver unobserved;
+    return assemble(std::string(source), unobserved);
 }
 
 std::vector<std::string> linesOf(std::string_view text) {

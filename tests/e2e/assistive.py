@@ -1,4 +1,4 @@
-"""The main job of the program through the accessibility bus alone, as somebody works who has no mouse, no keys
+"""The main job of the program through the accessibility bus alone, as a user works who has no mouse, no keys
 and no sight of the screen: every deed is an action or a text given to a control that was found by its name,
 and everything shown is read there.
 

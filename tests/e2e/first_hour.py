@@ -28,7 +28,7 @@ class Chapter:
 
 
 def no_picture(_name):
-    """Whoever wants pictures gives `follow` something else, which is called where the chapter shows one."""
+    """A caller that wants pictures gives `follow` something else, which is called where the chapter shows one."""
 
 
 def registers(p, **expected):

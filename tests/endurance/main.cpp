@@ -129,7 +129,7 @@ int main(int argc, char* argv[]) {
                 static_cast<long long>(last.resident - first.resident),
                 static_cast<long long>(last.resident));
     if (executed < rows - rows / 5 || live - held > room + ebbAndFlow) {
-        std::fprintf(stderr, "more than %lld bytes that nobody accounts for\n",
+        std::fprintf(stderr, "more than %lld bytes that are not accounted for\n",
                      static_cast<long long>(room + ebbAndFlow));
         return 1;
     }

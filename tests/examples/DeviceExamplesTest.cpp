@@ -1,4 +1,4 @@
-// The programs that talk to ports and answer interrupts, with somebody at the switches.
+// The programs that talk to ports and answer interrupts, with a user at the switches.
 
 #include <gtest/gtest.h>
 
@@ -73,7 +73,7 @@ void stepUntilGo(ExampleMachine& example, std::size_t outputs) {
     while (example.outputs().size() < outputs && example.steps() < 100'000) example.step();
 }
 
-TEST(DeviceExamplesTest, SemaforoServesEverybodyWhoPresses) {
+TEST(DeviceExamplesTest, SemaforoServesAllWhoPress) {
     for (int people = 0; people <= 5; ++people) {
         ExampleMachine example("13-semaforo");
         example.start();

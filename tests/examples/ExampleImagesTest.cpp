@@ -135,8 +135,8 @@ TEST_P(ExampleImageTest, IsInTheFormOfOurOwnWriter) {
 }
 
 TEST_P(ExampleImageTest, IsWhatItsSourceAssemblesTo) {
-    AssemblyObserver nobody;
-    const AssemblyResult result = Ensambla(sourcePath(GetParam()), made("made.hex"), nobody);
+    AssemblyObserver unobserved;
+    const AssemblyResult result = Ensambla(sourcePath(GetParam()), made("made.hex"), unobserved);
     EXPECT_TRUE(result.assembled) << result.report;
     EXPECT_EQ(readFile(made("made.hex")), readFile(image()));
 }

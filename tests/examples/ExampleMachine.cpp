@@ -34,8 +34,8 @@ std::string readFile(const std::filesystem::path& path) {
 
 ExampleMachine::ExampleMachine(const std::filesystem::path& image) {
     const auto breakpoints = std::make_unique<Breakpoints>();
-    WorkObserver nobody;
-    const LoadResult result = carga(image, machine_, *breakpoints, *this, nobody);
+    WorkObserver unobserved;
+    const LoadResult result = carga(image, machine_, *breakpoints, *this, unobserved);
     EXPECT_TRUE(result.loaded) << image << ": " << result.message;
     program_ = bytes(0, dataAddress);
 }

@@ -110,7 +110,7 @@ struct Counts {
     int rounds = 0, urgent = 0, nested = 0;
 };
 
-// Somebody presses both buttons and moves SID at random moments.
+// A user presses both buttons and moves SID at random moments.
 TEST(LineExamplesTest, DosInterrupcionesCountsEveryPressThatCounts) {
     std::mt19937 random(10);
     std::uniform_int_distribution<int> dice(0, 19);

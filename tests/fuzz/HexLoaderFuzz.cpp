@@ -45,8 +45,8 @@ void loadAsFile(const std::string& bytes) {
     fuzz::Machine host;
     Breakpoints breakpoints;
     breakpoints.fill(-1);
-    WorkObserver nobody;
-    const LoadResult result = carga(path, host.machine, breakpoints, host, nobody);
+    WorkObserver unobserved;
+    const LoadResult result = carga(path, host.machine, breakpoints, host, unobserved);
     std::filesystem::remove(path);
     expect(result.loaded == result.message.empty(), "a failure has a message");
     expect(result.loaded == (breakpoints[0] == 0), "only a success clears the breakpoints");

@@ -1,4 +1,4 @@
-// Files that nobody meant: noise, damaged records, and a second reading of every line.
+// Files that were not meant to be any: noise, damaged records, and a second reading of every line.
 
 #include <gtest/gtest.h>
 

@@ -16,8 +16,8 @@ using Lines = std::vector<std::string>;
 
 Lines linesOf(std::string_view content) {
     const TemporaryFolder folder;
-    WorkObserver nobody;
-    RecordReader reader(folder.write("file", content), nobody);
+    WorkObserver unobserved;
+    RecordReader reader(folder.write("file", content), unobserved);
     Lines result;
     while (std::optional<std::string> line = reader.next()) result.push_back(*line);
     EXPECT_FALSE(reader.next().has_value()) << "the end stays the end";
@@ -92,9 +92,9 @@ TEST(RecordReader, TellsHowMuchOfTheFileItHasRead) {
 
 TEST(RecordReader, FailsOnWhatIsNoRegularFile) {
     const TemporaryFolder folder;
-    WorkObserver nobody;
-    EXPECT_THROW(RecordReader(folder.path(), nobody), std::ios_base::failure);
-    EXPECT_THROW(RecordReader(folder.path() / "missing", nobody), std::ios_base::failure);
+    WorkObserver unobserved;
+    EXPECT_THROW(RecordReader(folder.path(), unobserved), std::ios_base::failure);
+    EXPECT_THROW(RecordReader(folder.path() / "missing", unobserved), std::ios_base::failure);
 }
 
 }  // namespace

@@ -251,7 +251,7 @@ TEST_F(InterruptsTest, IntrWithInrAIncrementsAAndLeavesPc) {
     EXPECT_EQ(m.PC, 0x1234);
     EXPECT_EQ(m.mem[0x1234], 0x76);
     EXPECT_EQ(host.halts, 0);
-    EXPECT_TRUE(host.memoryWrites.empty()) << "nobody is shown the borrowed cell";
+    EXPECT_TRUE(host.memoryWrites.empty()) << "the borrowed cell is not shown";
 }
 
 TEST_F(InterruptsTest, IntrTakesOperandsFromBehindPcAsTheyStand) {

@@ -7,7 +7,7 @@ namespace {
 using Cases = std::vector<InstructionCase>;
 using State = MachineState;
 
-/// Register codes are told apart by these values; D and E lead to a cell that nobody uses.
+/// Register codes are told apart by these values; D and E lead to a cell that nothing else uses.
 constexpr std::int32_t pointed = 0x2040;
 
 void pointHL(State& m) {

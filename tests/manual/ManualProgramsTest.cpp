@@ -130,8 +130,8 @@ class Reader {
   private:
     void assembleIt(const Block& block) {
         expectAnswered();
-        AssemblyObserver nobody;
-        result_ = assemble(block.text, nobody);
+        AssemblyObserver unobserved;
+        result_ = assemble(block.text, unobserved);
         program_ = block.place;
         answered_ = block.kind == "8085";
         EXPECT_EQ(result_.assembled, answered_) << block.place << '\n' << result_.report;

@@ -26,8 +26,8 @@ LARGEST_PICTURE = 150 * 1024
 # Where the user's texts are, and what is no text of theirs.
 SOURCES = ("ui", "assembler/window", "assembler/Messages.h", "images/HexLoader.cpp")
 NOT_SHOWN = {"ui/common/Fonts.cpp"}  # names of fonts
-# Keys of the toolkit's own; all others must be in the sources.
-TOOLKIT_KEYS = {"Ctrl+Z", "Ctrl+Mayús+Z", "Ctrl+C", "Ctrl+A", "Ctrl+Inicio", "Ctrl+Fin"}
+# Keys of Qt's own; all others must be in the sources.
+QT_KEYS = {"Ctrl+Z", "Ctrl+Mayús+Z", "Ctrl+C", "Ctrl+A", "Ctrl+Inicio", "Ctrl+Fin"}
 
 ENGLISH = set(
     """the and with from this that which when where what have are was were will would should can could file
@@ -283,7 +283,7 @@ class Keys(unittest.TestCase):
             self.assertTrue(self.row(key, caption), f"{key} {caption}")
 
     def test_every_key_named_exists(self):
-        known = {key for _, key in editor_commands()} | {key for _, key in access_keys()} | TOOLKIT_KEYS
+        known = {key for _, key in editor_commands()} | {key for _, key in access_keys()} | QT_KEYS
         code = "".join(sources().values())
         known |= {"F" + n for n in re.findall(r"Qt::Key_F(\d+)", code)}
         known |= {"Ctrl+" + n for n in re.findall(r"Qt::ControlModifier \| Qt::Key_([A-Z])\b", code)}

@@ -68,7 +68,7 @@ void Answers::leave(QWidget* window) {
     } else if (window->objectName() == QStringLiteral("Cabecera")) {
         hand_.clickOn(window, QStringLiteral("OK"));
     } else {
-        diary_.fail(QStringLiteral("nobody knows this window: ") + nameOf(window));
+        diary_.fail(QStringLiteral("no answer is known for this window: ") + nameOf(window));
     }
 }
 

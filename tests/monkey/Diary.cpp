@@ -28,12 +28,12 @@ void stepDoesNotEnd(int /*signal*/) {
     std::abort();
 }
 
-/// The toolkit warns where it is misused.
+/// Qt warns where it is misused.
 void onMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     const bool harmless =
         type == QtDebugMsg || type == QtInfoMsg || text.contains(QStringLiteral("plugin does not support"));
     if (harmless || current == nullptr) return;
-    current->fail(QStringLiteral("the toolkit says: ") + text);
+    current->fail(QStringLiteral("Qt says: ") + text);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace tavinor::monkey {
 
 /// What the monkey has done, so that a failure can be understood and played again. Every end that is not a
-/// good one (a broken rule, a finding of the sanitizers, a warning of the toolkit, a step that does not end)
+/// good one (a broken rule, a finding of the sanitizers, a warning of Qt, a step that does not end)
 /// tells it.
 class Diary {
   public:

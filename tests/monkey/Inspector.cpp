@@ -14,7 +14,7 @@ namespace tavinor::monkey {
 
 namespace {
 
-/// Menus and dialogs that are on their way out, and what the toolkit keeps.
+/// Menus and dialogs that are on their way out, and what Qt keeps.
 constexpr qsizetype windowsAboutToGo = 24;
 
 QString firstOf(const QStringList& complaints) {
@@ -56,7 +56,7 @@ bool Inspector::running() const {
 }
 
 QString Inspector::whenIdle() const {
-    return firstOf({runState(false), registers(), flags(), interrupts(), toolkit()});
+    return firstOf({runState(false), registers(), flags(), interrupts(), leftovers()});
 }
 
 QString Inspector::inARun() const {
@@ -136,7 +136,7 @@ QString Inspector::interrupts() const {
     return {};
 }
 
-QString Inspector::toolkit() const {
+QString Inspector::leftovers() const {
     return firstOf({
         differs("a mouse grabbed", QWidget::mouseGrabber() != nullptr, false),
         differs("a keyboard grabbed", QWidget::keyboardGrabber() != nullptr, false),

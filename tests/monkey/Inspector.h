@@ -27,7 +27,7 @@ class Inspector {
     [[nodiscard]] QString registers() const;
     [[nodiscard]] QString flags() const;
     [[nodiscard]] QString interrupts() const;
-    [[nodiscard]] QString toolkit() const;
+    [[nodiscard]] QString leftovers() const;
 
     Principal& principal_;
     qsizetype windowsAtFirst_;

@@ -46,7 +46,7 @@ install_package() {
 
 # The screen is this machine's, the program is the root's; they meet in a common /tmp. Nobody is root there.
 use_program() {
-  [[ -z $(find "$root/usr" -name 'qt*_es.qm') ]] || fail "the root has the toolkit's own translations"
+  [[ -z $(find "$root/usr" -name 'qt*_es.qm') ]] || fail "the root has Qt's own translations"
   mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
   mkdir "$root/tmp/tests" "$root/tmp/scripts"
   cp -r "$source_folder"/tests/{e2e,packaging,support} "$root/tmp/tests"

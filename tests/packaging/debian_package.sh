@@ -7,7 +7,7 @@ build=$1 version=$2
 need dpkg-shlibdeps dpkg-deb lintian
 in_scratch_folder
 
-# As somebody packs whose files are nobody else's business.
+# As a user packs whose files no other user may read.
 umask 077
 package=$build/packages/tavinor_${version}_$(dpkg --print-architecture).deb
 rm -f "$package"

@@ -7,7 +7,7 @@ build=$1 version=$2
 need appstreamcli desktop-file-validate compare identify rsvg-convert
 in_scratch_folder
 
-# Staged, and under a prefix nobody has thought of.
+# Staged, and under an unusual prefix.
 DESTDIR=$scratch/stage cmake --install "$build" --prefix /somewhere/else >/dev/null
 prefix=$scratch/stage/somewhere/else
 same "what lies beside the prefix" "$(find "$scratch/stage" -mindepth 3 -maxdepth 3 | sort)" \

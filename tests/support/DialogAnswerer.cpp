@@ -106,7 +106,7 @@ bool DialogAnswerer::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-/// A dialog may have come while a button of the mouse was down: nobody answers it like that.
+/// A dialog may have come while a button of the mouse was down: a user does not answer it like that.
 void DialogAnswerer::letGoOfTheMouse(QWidget* window) {
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
         if (QGuiApplication::mouseButtons().testFlag(button)) {
@@ -185,7 +185,7 @@ void DialogAnswerer::answerFileDialog(QFileDialog& dialog, const ExpectedFileDia
     auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     auto* buttons = dialog.findChild<QDialogButtonBox*>();
     if (name == nullptr || buttons == nullptr) {
-        report_(QStringLiteral("not the toolkit's own file dialog: ") + describe(&dialog));
+        report_(QStringLiteral("not Qt's own file dialog: ") + describe(&dialog));
         dismiss(&dialog);
         return;
     }

@@ -30,7 +30,7 @@ class OddFiles {
         fs::create_symlink(paths_["link in a circle"], paths_["link in a circle"]);
         folder_.write("locked.odd", "HLT\n");
         fs::permissions(paths_["no permission"], fs::perms::none);
-        fs::permissions(folder_.path(), fs::perms::all);  // it is not the folder that keeps anybody out
+        fs::permissions(folder_.path(), fs::perms::all);  // it is not the folder that refuses
     }
 
     [[nodiscard]] const std::filesystem::path& path(const std::string& what) const { return paths_.at(what); }

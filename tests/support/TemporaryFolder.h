@@ -10,7 +10,7 @@
 
 namespace tavinor::test {
 
-/// A folder of its own for a test, gone with all its files when the test ends. Everybody may read it.
+/// A folder of its own for a test, gone with all its files when the test ends. All users may read it.
 class TemporaryFolder {
   public:
     TemporaryFolder() {

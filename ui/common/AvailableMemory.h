@@ -4,7 +4,7 @@
 
 namespace tavinor {
 
-/// The bytes of memory that the program can still get without driving anybody else out: what the system has
+/// The bytes of memory that the program can still get without driving other programs out: what the system has
 /// left, or less where the limits of this process or of its control groups leave less. The greatest number
 /// where the system does not tell.
 std::uint64_t availableMemory();

@@ -21,16 +21,16 @@ CommandButton::CommandButton(const QString& name, const QString& accessibleName,
     });
 }
 
-/// Called for every press, whoever makes it, just before `clicked`.
+/// Called for every press, by whatever way, just before `clicked`.
 void CommandButton::nextCheckState() {
-    // An assistive tool can press a button behind a modal window; nobody else can.
+    // An assistive tool can press a button behind a modal window; the user cannot.
     const QWidget* modal = QApplication::activeModalWidget();
     allowed_ = isEnabled() && (modal == nullptr || modal == window()) && leaveFocusedBox(window(), this);
     QPushButton::nextCheckState();
 }
 
 bool CommandButton::event(QEvent* event) {
-    // An access key acts at once; the toolkit would show the button pressed for a tenth of a second first.
+    // An access key acts at once; Qt would show the button pressed for a tenth of a second first.
     if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
         click();
         return true;

@@ -4,8 +4,8 @@
 #include <QPushButton>
 #include <QString>
 
-/// Buttons and check boxes that act only when the hexadecimal box with the focus has let go of it. The
-/// toolkit presses a button by its access key, by Enter in a dialog or by an assistive tool without moving
+/// Buttons and check boxes that act only when the hexadecimal box with the focus has let go of it. Qt
+/// presses a button by its access key, by Enter in a dialog or by an assistive tool without moving
 /// the focus; here every such press leaves the box first, and a refused box stops it.
 namespace tavinor {
 

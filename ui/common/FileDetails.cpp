@@ -8,7 +8,7 @@ namespace tavinor {
 
 namespace {
 
-// The toolkit's columns, which it gives no names.
+// Qt's columns, which it gives no names.
 constexpr int sizeColumn = 1;
 constexpr int dateColumn = 3;
 

@@ -4,7 +4,7 @@
 
 namespace tavinor {
 
-/// The files of a file dialog with their sizes and dates as the program writes them. The toolkit's own model
+/// The files of a file dialog with their sizes and dates as the program writes them. Qt's own model
 /// writes them as the desktop does, in whatever language that is.
 class FileDetails : public QIdentityProxyModel {
     Q_OBJECT

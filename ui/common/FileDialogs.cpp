@@ -22,7 +22,7 @@ namespace tavinor {
 
 namespace {
 
-/// The toolkit's file dialog writes its size and folders to the user's home when it closes. Nothing of this
+/// Qt's file dialog writes its size and folders to the user's home when it closes. Nothing of this
 /// program is persisted, so its settings get a place where nothing can be written. (On Windows they go to the
 /// registry, where this has no effect.)
 void keepSettingsOutOfTheHome() {
@@ -41,7 +41,7 @@ QList<NameFilter> nameFilters(const QString& filter) {
     return filters;
 }
 
-/// Shows the filters' texts to the letter and filters by their patterns, which the toolkit would otherwise
+/// Shows the filters' texts to the letter and filters by their patterns, which Qt would otherwise
 /// take from the parentheses of the text: there "*.*" would leave out the files without a dot.
 void installFilters(FileDialog& dialog, const QList<NameFilter>& filters) {
     QStringList texts;
@@ -56,7 +56,7 @@ void installFilters(FileDialog& dialog, const QList<NameFilter>& filters) {
     if (!texts.isEmpty()) apply(texts.first());
 }
 
-/// The toolkit's own questions, about a file to be deleted, take a name that looks like markup for markup.
+/// Qt's own questions, about a file to be deleted, take a name that looks like markup for markup.
 class PlainQuestions : public QObject {
   public:
     using QObject::QObject;
@@ -71,7 +71,7 @@ class PlainQuestions : public QObject {
     }
 };
 
-/// The toolkit gives all this room for English texts.
+/// Qt gives all this room for English texts.
 void makeRoomForTexts(QFileDialog& dialog) {
     constexpr int letters = 122;  // of a row of details: name, size, kind, date, and the places beside them
     constexpr int nameLetters = 45;  // so that a long name leaves the rest in view

@@ -4,7 +4,7 @@
 
 namespace tavinor {
 
-/// What a file dialog says and draws of a file: its kind by its name alone. The toolkit would read the
+/// What a file dialog says and draws of a file: its kind by its name alone. Qt would read the
 /// beginning of every file of a folder, and stand still where one has nothing to give, as some of Linux's
 /// /proc have, or gives it slowly.
 class FileKinds : public QFileIconProvider {

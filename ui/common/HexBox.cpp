@@ -145,8 +145,7 @@ bool HexBox::leave() {
 /// it: an assistive tool waits for an answer before it can read the message.
 void HexBox::refuse() {
     refusing_ = true;
-    setFocus(
-        Qt::OtherFocusReason);  // before the message: whoever took the focus does not get it back after it
+    setFocus(Qt::OtherFocusReason);  // before the message: what took the focus does not get it back after it
     QMetaObject::invokeMethod(this, &HexBox::showRefusal, Qt::QueuedConnection);
 }
 
@@ -169,7 +168,7 @@ void HexBox::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
     if (staysInBox(event->reason()) || !isVisible()) return;
     watchPresses(false);
-    // Whoever took the focus without asking (an assistive tool, for example) has it taken back by a refusal.
+    // What took the focus without asking (an assistive tool, for example) has it taken back by a refusal.
     if (entered_) leave();
 }
 
@@ -193,9 +192,10 @@ void HexBox::watchPresses(bool on) {
     if (on) handle->installEventFilter(this);
 }
 
-/// The toolkit gives the focus to the pressed control before the control sees the press. So the press is
-/// caught on its way into the window: refused, nobody gets it. Nor does anybody when the button has been let
-/// go meanwhile, over a message that the leaving brought: a press without its release would stay pressed.
+/// Qt gives the focus to the pressed control before the control sees the press. So the press is
+/// caught on its way into the window: refused, the control does not get it. Nor does it when the button has
+/// been let go meanwhile, over a message that the leaving brought: a press without its release would stay
+/// pressed.
 bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;

@@ -44,7 +44,7 @@ class HexBox : public QLineEdit {
     /// Shows a value in the box's number of digits.
     void showValue(int value);
 
-    /// Whether the text differs from what was shown last: somebody is typing.
+    /// Whether the text differs from what was shown last: the user is typing.
     [[nodiscard]] bool edited() const { return edited_; }
 
     /// Enters the box with `text` typed in place of what it holds.

@@ -6,7 +6,7 @@
 
 namespace tavinor {
 
-/// A file name of the toolkit's as the core takes it. Cannot fail, whatever characters a name has.
+/// A file name of Qt's as the core takes it. Cannot fail, whatever characters a name has.
 inline std::filesystem::path toPath(const QString& name) {
 #ifdef Q_OS_WIN
     return {name.toStdWString()};

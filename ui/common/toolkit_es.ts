@@ -1,6 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- What the toolkit's own Spanish catalogue leaves in English or gets wrong, and keys by the names that are on
+<!-- What Qt's own Spanish catalogue leaves in English or gets wrong, and keys by the names that are on
      a Spanish keyboard. -->
 <TS version="2.1" language="es_ES" sourcelanguage="en">
 <context>

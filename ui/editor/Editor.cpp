@@ -292,7 +292,7 @@ void Editor::showCaption() {
     const QString name =
         filename->text().isEmpty() ? QStringLiteral("[Sin nombre]") : nameWithoutFolder(filename->text());
     caption_ = applicationTitle() + QStringLiteral(" - ") + name;
-    // In a window's title the toolkit keeps this mark for itself, unless it is doubled.
+    // In a window's title Qt keeps this mark for itself, unless it is doubled.
     setWindowTitle(QString(caption_).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
 }
 

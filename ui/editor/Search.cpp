@@ -11,7 +11,7 @@ QString upperCased(QString text) {
 
 std::optional<qsizetype> findText(const QString& text, const QString& pattern, qsizetype start,
                                   bool matchCase) {
-    // The toolkit finds an empty pattern everywhere, and counts a negative start from the end.
+    // Qt finds an empty pattern everywhere, and counts a negative start from the end.
     if (pattern.isEmpty() || start < 1 || start > text.size()) return std::nullopt;
     const qsizetype found = matchCase ? text.indexOf(pattern, start - 1)
                                       : upperCased(text).indexOf(upperCased(pattern), start - 1);

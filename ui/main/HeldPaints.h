@@ -11,7 +11,7 @@ namespace tavinor {
 /// Holds back the paints of a run, so that the screen is painted at its own pace however often widgets
 /// change.
 ///
-/// The toolkit posts one update request for each window with something to paint and posts no other until that
+/// Qt posts one update request for each window with something to paint and posts no other until that
 /// one has been served: a request that is held back costs nothing until it is let go.
 class HeldPaints {
   public:

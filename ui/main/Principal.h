@@ -34,7 +34,7 @@ class TraceRecorder;
 /// executes. The window is running exactly while `Ejecutar` reads "&Parar".
 ///
 /// A refresh has two halves. The first notes, after every instruction, the values that the views show. The
-/// second brings the widgets up to date; in a run it waits until somebody could look: until an event is
+/// second brings the widgets up to date; in a run it waits until the user could look: until an event is
 /// handed to a handler, the screen is to be painted, or the halt dialog opens.
 class Principal : public QMainWindow, private Host, private RunWindow {
     Q_OBJECT

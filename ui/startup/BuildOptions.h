@@ -13,7 +13,7 @@ Version ownVersion();
 
 /// Where updates are asked for and what downloads them.
 struct UpdateSource {
-    QUrl address;         ///< The update file; an invalid one asks nobody.
+    QUrl address;         ///< The update file; with an invalid one nothing is asked.
     QString updaterPath;  ///< The program that is given the download address.
 };
 

@@ -181,7 +181,7 @@ void Cabecera::offer(const Update& update) {
     emit ended();
 }
 
-/// Nobody but the timer closes the splash or the farewell screen.
+/// Only the timer closes the splash or the farewell screen.
 void Cabecera::closeEvent(QCloseEvent* event) {
     if (OK->isHidden()) {
         event->ignore();

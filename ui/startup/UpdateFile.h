@@ -16,8 +16,8 @@ struct Update {
 
 /// Reads an update file: the new version as "major.minor.revision", then where to download it from: what
 /// begins with "http://" and goes to the end, blanks and line ends after it aside. The numbers are read
-/// leniently (leading digits, else 0). Nothing when the dots or an address are missing; nobody who writes the
-/// file can bring anything but the address of a web page into the program.
+/// leniently (leading digits, else 0). Nothing when the dots or an address are missing; a file can bring
+/// nothing but the address of a web page into the program.
 std::optional<Update> parseUpdateFile(const QByteArray& body);
 
 }  // namespace tavinor

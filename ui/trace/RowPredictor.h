@@ -26,7 +26,7 @@ constexpr unsigned word(unsigned index) {
 /// Predicts each row of a trace from the rows before it, by executing the same instructions on a machine of
 /// its own. That machine begins empty and learns from the rows that it did not predict: what an instruction
 /// consists of, what lay in the memory or the port that it read. After a short time a row is a surprise only
-/// when somebody outside the program has changed something.
+/// after a change from outside the program.
 ///
 /// Recorder and reader each follow the same rows with a predictor, so both always know the same.
 class RowPredictor final : private Host {

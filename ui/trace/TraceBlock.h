@@ -24,7 +24,7 @@ namespace tavinor {
 ///
 /// Rows after the last record were all predicted. Each block begins with an empty predictor, so that it can
 /// be read by itself: a loop costs some records at its first turn and nothing at its next thousands. The
-/// texts of boxes that somebody was typing in lie beside the records. A full block is packed with zstd.
+/// texts of boxes that were being typed in lie beside the records. A full block is packed with zstd.
 class TraceBlock {
   public:
     static constexpr std::uint32_t capacity = 65536;

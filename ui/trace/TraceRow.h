@@ -63,7 +63,7 @@ struct TraceRow {
     friend bool operator==(const TraceRow&, const TraceRow&) = default;
 };
 
-/// The cells of a row that do not follow from its values, because somebody was typing.
+/// The cells of a row that do not follow from its values, because the user was typing.
 struct RowTexts {
     std::optional<std::string> address;
     std::optional<RegisterTexts> registers;

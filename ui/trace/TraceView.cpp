@@ -39,7 +39,7 @@ std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last
 }  // namespace
 
 TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
-    makeAccessible(*this);  // first: naming it lets the toolkit look for its interface already
+    makeAccessible(*this);  // first: naming it lets Qt look for its interface already
     named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
     useFont(this, fixedFont);
     setFocusPolicy(Qt::StrongFocus);
@@ -159,7 +159,7 @@ void TraceView::barActed(int action) {
     verticalScrollBar()->setSliderPosition(verticalScrollBar()->value());
 }
 
-/// Whoever else sets the bar's value (an assistive tool, for example) scrolls too.
+/// What else sets the bar's value (an assistive tool, for example) scrolls too.
 void TraceView::scrollContentsBy(int dx, int dy) {
     const int value = verticalScrollBar()->value();
     if (dy != 0 && value != rowscale::barValue(firstRow_, lastFirstRow())) {

@@ -16,7 +16,7 @@ namespace tavinor {
 class TraceStore;
 
 /// The grid of the trace. It holds no rows: it knows which row is the first one visible and asks for the
-/// texts of the rows that somebody looks at. Whole rows are selected; the current cell is where the keyboard
+/// texts of the rows that are looked at. Whole rows are selected; the current cell is where the keyboard
 /// is.
 class TraceView : public QAbstractScrollArea {
     Q_OBJECT

@@ -46,7 +46,7 @@ QStringList AssemblerUser::files() const {
     return names;
 }
 
-void AssemblerUser::allowEverybody() const {
+void AssemblerUser::allowAllUsers() const {
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
 }
 

@@ -37,7 +37,7 @@ class AssemblerUser {
     [[nodiscard]] QByteArray read(const QString& name) const;
     [[nodiscard]] QStringList files() const;
     /// Lets any user write into the folder.
-    void allowEverybody() const;
+    void allowAllUsers() const;
 
     /// What happens while the assembly runs, and once it has ended, before the window is closed.
     Look during;

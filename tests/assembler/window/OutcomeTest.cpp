@@ -191,7 +191,7 @@ class OutcomeTest : public QObject {
     }
 
     void whatIsNoFileIsNoSource() {
-        user_->allowEverybody();
+        user_->allowAllUsers();
         test::OddFiles().each([this](const std::string& what, const std::filesystem::path& path) {
             const Shown shown = user_->assemblePaths(fromPath(path), user_->path("prog.HEX"),
                                                      user_->path("prog.LST"), {"Ensamblado incorrecto"});
@@ -205,7 +205,7 @@ class OutcomeTest : public QObject {
 
     void whatIsNoFileIsNotWritten() {
         user_->write("prog.asm", goodSource);
-        user_->allowEverybody();
+        user_->allowAllUsers();
         test::OddFiles().each([this](const std::string& what, const std::filesystem::path& path) {
             const QString odd = fromPath(path);
             const QString source = user_->path("prog.asm");
@@ -255,7 +255,7 @@ class OutcomeTest : public QObject {
         QFETCH(const QString, source);
         user_->write("secreto.asm", goodSource);
         QVERIFY(QFile::setPermissions(user_->path("secreto.asm"), QFile::Permissions()));
-        user_->allowEverybody();
+        user_->allowAllUsers();
         const test::OrdinaryUser ordinary;
         QVERIFY(ordinary.is());
         const Shown shown = user_->assemblePaths(user_->path(source), user_->path("prog.HEX"),

@@ -503,7 +503,7 @@ class EditorFilesTest : public QObject {
         QVERIFY(f.editor.close());
     }
 
-    void aNameWithTheToolkitsMarkShowsWhole() {
+    void aNameWithQtsMarkShowsWhole() {
         EditorFixture f;
         f.editor.openDropped(f.put("a[*].asm", "A"), &f.principal);  // no name to be typed in a dialog
         QVERIFY(showActive(&f.editor));

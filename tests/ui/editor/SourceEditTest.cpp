@@ -41,7 +41,7 @@ class Fixture {
 
 }  // namespace
 
-/// A long text comes into the box by pieces, and nobody can tell but by looking at the scroll bar.
+/// A long text comes into the box by pieces, and only the scroll bar tells.
 class SourceEditTest : public QObject {
     Q_OBJECT
 

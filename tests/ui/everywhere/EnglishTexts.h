@@ -8,7 +8,7 @@ namespace tavinor {
 
 /// Tells what in a text is English.
 ///
-/// Two things are: a whole text, or a key's name, that the toolkit's catalogue translates into something
+/// Two things are: a whole text, or a key's name, that Qt's catalogue translates into something
 /// else; and a word of the English dictionary that is no Spanish word and none of the program's own.
 class EnglishTexts {
   public:

@@ -84,7 +84,7 @@ void findDialog(const QString& pattern, const Look& look) {
     dialog->hide();
 }
 
-/// The start-up window asks nobody for updates.
+/// The start-up window asks for no updates.
 struct QuietCabecera : Cabecera {
     QuietCabecera() : Cabecera(Version{1, 5, 7}, UpdateSource{}) {}
 };

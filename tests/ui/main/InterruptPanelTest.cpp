@@ -94,7 +94,7 @@ class InterruptPanelTest : public QObject {
         QCOMPARE(difference(), QString());
     }
 
-    void trapAsksNobody() {
+    void trapAsksNothing() {
         s_->enter("txtSP", "8000");
         s_->press("Trap");
         QCOMPARE(s_->machine().PC, 0x24);

@@ -106,13 +106,13 @@ class CabeceraTest : public QObject {
         QCOMPARE(f.ended.count(), 0);
     }
 
-    void nobodyElseEndsSplashAndFarewell_data() {
+    void nothingElseEndsSplashAndFarewell_data() {
         QTest::addColumn<bool>("farewell");
         QTest::newRow("splash") << false;
         QTest::newRow("farewell") << true;
     }
 
-    void nobodyElseEndsSplashAndFarewell() {
+    void nothingElseEndsSplashAndFarewell() {
         QFETCH(bool, farewell);
         Fixture f;
         farewell ? f.cabecera.showFarewell() : f.cabecera.showSplash();

@@ -15,7 +15,7 @@ class HttpServer : public QTcpServer {
     enum class Afterwards {
         close,
         keepOpen,  ///< The answer never ends.
-        flood,     ///< More bytes follow for as long as somebody takes them.
+        flood,     ///< More bytes follow for as long as they are taken.
     };
 
     /// Headers and body of an ordinary answer.

@@ -90,7 +90,7 @@ class UpdateCheckTest : public QObject {
         QCOMPARE(updates.count(), 0);
     }
 
-    void nobodyThere() {
+    void noServerThere() {
         QUrl address;
         {
             const HttpServer gone;
@@ -104,7 +104,7 @@ class UpdateCheckTest : public QObject {
         QCOMPARE(updates.count(), 0);
     }
 
-    void noAddressAsksNobody() {
+    void noAddressAsksNothing() {
         UpdateCheck check(QUrl(), own, nullptr);
         check.start();
         QVERIFY(check.findChild<QNetworkReply*>() == nullptr);

@@ -115,7 +115,7 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
         QCOMPARE(table()->rowCount(), 0);
     }
 
-    /// Only where the platform has somebody to tell.
+    /// Only where the platform has assistive tools to tell.
     void assistiveToolsAreToldOfChanges() {
         if (!QTest::qWaitFor([] { return QAccessible::isActive(); }, 1000)) {
             QSKIP("no assistive tool could listen on this platform");

@@ -172,7 +172,7 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QVERIFY(showActive(window_.get()));
         record(3);
         constexpr int columnC = 5;
-        traced_->type(2, "a text that somebody types");
+        traced_->type(2, "a text that the user types");
         record(1);
         QVERIFY(lista_->cells(4)[columnC].size() > 2);
         const auto picture = [this](std::uint64_t row, int column) {
