@@ -54,13 +54,13 @@ bool ReplacedFile::createBeside(bool secret) {
     constexpr int mostTries = 100;
     std::random_device random;
     for (int tries = 0; tries < mostTries; ++tries) {
-        const fs::path name = path_.parent_path() / (".tavinor-" + std::to_string(random()));
+        beside_ = path_.parent_path() / (".tavinor-" + std::to_string(random()));
         std::error_code error;
-        if (fs::exists(fs::symlink_status(name, error))) continue;
-        file_ = File::createNew(name, secret);
-        if (file_.isOpen()) beside_ = name;
+        if (fs::exists(fs::symlink_status(beside_, error))) continue;
+        file_ = File::createNew(beside_, secret);
         break;
     }
+    if (!file_.isOpen()) beside_.clear();
     return file_.isOpen();
 }
 

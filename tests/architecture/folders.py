@@ -41,7 +41,7 @@ SYSTEM_SOURCES = ("files/File.cpp",)  # what of the core asks the operating syst
 OPENS_BY_ITSELF = ("ui/common/AvailableMemory.cpp", "ui/common/ControlGroups.cpp")
 
 TESTS = "tests"
-WHOLE_PROGRAM_TESTS = ("monkey", "ui/everywhere")  # folders of tests that look into every window
+WHOLE_PROGRAM_TESTS = ("memory", "monkey", "ui/everywhere")  # folders of tests that look into every window
 BENCHMARKS = "benchmarks"
 
 

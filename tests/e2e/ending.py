@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 from contextlib import contextmanager
 from functools import partial
 
@@ -243,6 +244,44 @@ def meets_the_end_of_the_session(program):
         check("the source", lambda: content(p.source), NEW + b"\r\n")
 
 
+def survives_the_saving_of_the_session(program):
+    """Nothing is asked and nothing ends, as often as it comes; the end that comes later is met as ever."""
+    with SessionManager() as session, Writer(program) as p:
+        p.writes()
+        for _ in range(2):
+            done = session.times("save_yourself_done")
+            session.save_session()
+            wait_for("the session to be saved", lambda: session.times("save_yourself_done") > done)
+            time.sleep(1)  # an end would come of itself
+            check("the text", p.edited, "; nuevo\n; año\n HLT\n")
+            check("the copy", lambda: content(p.copy), None)
+        p.gets()
+        p.answer(QUESTION, "Cancelar")
+        session.end_session()
+        p.answer(QUESTION, "Sí")
+        p.expect_end(["prueba.asm"])
+
+
+def keeps_a_copy_that_was_not_wanted(program):
+    """The next rescue leaves it under another name."""
+    earlier = b"; antes\r\n"
+    with Writer(program) as p:
+        put(p.copy, earlier)
+        p.ready()
+        p.click("Editar fichero")
+        p.choose_file("Editar fichero .ASM", p.source)
+        p.answer(OFFER, "No")
+        p.editor = p.frame_beside(p.frame)
+        p.focused_box(EDITED_TEXT, p.editor)
+        write("; nuevo\n")
+        check("the text", p.edited, "; nuevo\n; año\n HLT\n")
+        p.gets()
+        p.message_box(QUESTION)
+        p.gets()
+        p.expect_rescue(["prueba.asm.rescate.1"])
+        check("the copy that was not wanted", lambda: content(p.copy + ".1"), earlier)
+
+
 def may_not_ask_at_the_end_of_the_session(program):
     with SessionManager() as session, Writer(program) as p:
         p.writes()
@@ -269,6 +308,8 @@ def main():
         "meets_the_assembler": partial(meets, assembler_window, ("prueba.HEX", "prueba.LST")),
         "meets_the_end_of_the_session": meets_the_end_of_the_session,
         "may_not_ask_at_the_end_of_the_session": may_not_ask_at_the_end_of_the_session,
+        "survives_the_saving_of_the_session": survives_the_saving_of_the_session,
+        "keeps_a_copy_that_was_not_wanted": keeps_a_copy_that_was_not_wanted,
         "loses_its_display": loses_its_display,
         "loses_its_display_in_a_run": partial(loses_its_display, during=in_a_run, others=["prueba.hex"]),
     }

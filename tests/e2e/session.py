@@ -1,5 +1,5 @@
-"""A session manager that does no more than end the session: it asks its programs to save what they have, lets them
-ask the user meanwhile, and notes whether one of them has called the end off.
+"""A session manager that does no more than save the session or end it: it asks its programs to save what they have,
+lets them ask the user meanwhile, notes whether one of them has called the end off, and otherwise ends them.
 
 It speaks through libSM and libICE, which Qt needs for the same purpose.
 """
@@ -61,7 +61,8 @@ class SessionManager:
     def __init__(self):
         self.client = None
         self.events = []
-        self.ending = None  # how programs may ask the user at the end that has been called for
+        self.wanted = None  # what has been called for and not begun: whether it is the end, and how to ask the user
+        self.ending = False
         self.over = False
         self.connections = []
         self.told = [Told(self._noting(name)) for name in TOLD]
@@ -92,7 +93,14 @@ class SessionManager:
         ice.IceFreeListenObjs(self.count, self.listeners)  # for the next one to listen where this one did
 
     def end_session(self, interaction=INTERACT_ANY):
-        self.ending = interaction
+        self.wanted = (True, interaction)
+
+    def save_session(self):
+        self.wanted = (False, INTERACT_NONE)
+
+    def times(self, event):
+        """How often the program has told of an event."""
+        return sum(name == event for name, _ in self.events)
 
     def _serve(self):
         while not self.over:
@@ -106,9 +114,9 @@ class SessionManager:
                         self.connections.append(connection)
                 elif ice.IceProcessMessages(talking[number], None, None) != 0:
                     self.connections.remove(talking[number])
-            if self.ending is not None and self.client:
-                interaction, self.ending = self.ending, None
-                sm.SmsSaveYourself(self.client, SAVE_BOTH, 1, interaction, 0)
+            if self.wanted is not None and self.client:
+                (self.ending, interaction), self.wanted = self.wanted, None
+                sm.SmsSaveYourself(self.client, SAVE_BOTH, int(self.ending), interaction, 0)
 
     def _new_client(self, client, _, mask, callbacks, __):
         mask[0] = ALL_CALLBACKS
@@ -135,10 +143,14 @@ class SessionManager:
 
     def _interact_done(self, client, cancelled):
         if (cancelled or 0) & 0xFF:
+            self.ending = False
             sm.SmsShutdownCancelled(client)
 
     def _save_yourself_done(self, client, _):
-        sm.SmsSaveComplete(client)
+        if self.ending:
+            sm.SmsDie(client)
+        else:
+            sm.SmsSaveComplete(client)
 
     def _close_connection(self, *_):
         self.client = None

@@ -12,8 +12,6 @@ namespace tavinor {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
 
 /// How a version of control groups calls its files.
@@ -40,15 +38,20 @@ const Version& second() {
     return names;
 }
 
+/// Not by `std::filesystem::path`: libstdc++ 12 crashes where there is no memory for the second part.
+std::string joined(const std::string& folder, std::string_view name) {
+    return (folder + '/').append(name);
+}
+
 /// The number in a file; the greatest one for "max", and for a file that is not there.
-std::uint64_t numberIn(const fs::path& file) {
+std::uint64_t numberIn(const std::string& file) {
     std::ifstream stream(file);
     std::uint64_t number = 0;
     return stream >> number ? number : unlimited;
 }
 
-std::uint64_t keptIn(const fs::path& group, const Version& names) {
-    std::ifstream stream(group / "memory.stat");
+std::uint64_t keptIn(const std::string& group, const Version& names) {
+    std::ifstream stream(joined(group, "memory.stat"));
     std::string line;
     std::uint64_t bytes = 0;
     std::uint64_t sum = 0;
@@ -58,10 +61,10 @@ std::uint64_t keptIn(const fs::path& group, const Version& names) {
     return sum;
 }
 
-std::uint64_t roomIn(const fs::path& group, const Version& names) {
+std::uint64_t roomIn(const std::string& group, const Version& names) {
     std::uint64_t limit = unlimited;
-    for (const std::string_view name : names.limits) limit = std::min(limit, numberIn(group / name));
-    const std::uint64_t used = numberIn(group / names.used);
+    for (const std::string_view name : names.limits) limit = std::min(limit, numberIn(joined(group, name)));
+    const std::uint64_t used = numberIn(joined(group, names.used));
     if (limit == unlimited || used == unlimited) return unlimited;
     const std::uint64_t needed = used - std::min(used, keptIn(group, names));
     return limit - std::min(limit, needed);
@@ -69,11 +72,11 @@ std::uint64_t roomIn(const fs::path& group, const Version& names) {
 
 /// The least room of a group, which is a path such as "/user.slice/x", and of all those around it. Inside a
 /// container some of them may not be there.
-std::uint64_t roomUpFrom(const fs::path& root, std::string group, const Version& names) {
+std::uint64_t roomUpFrom(const std::string& root, std::string group, const Version& names) {
     std::uint64_t room = unlimited;
     while (true) {
         for (const std::string_view mount : names.mounts) {
-            room = std::min(room, roomIn(root / mount / fs::path(group).relative_path(), names));
+            room = std::min(room, roomIn(joined(root, mount) + group, names));
         }
         if (group.size() <= 1) return room;
         group.resize(std::max<std::size_t>(group.rfind('/'), 1));
@@ -93,8 +96,9 @@ bool listed(std::string_view controllers, std::string_view controller) {
 }  // namespace
 
 /// Each line of the list is "number:controllers:group", without controllers in the second version.
-std::uint64_t roomInControlGroups(const fs::path& root) {
-    std::ifstream list(root / "proc/self/cgroup");
+std::uint64_t roomInControlGroups(const std::filesystem::path& place) {
+    const std::string root = place.string();
+    std::ifstream list(joined(root, "proc/self/cgroup"));
     std::uint64_t room = unlimited;
     for (std::string line; std::getline(list, line);) {
         const std::size_t colon = std::min(line.find(':'), line.size());

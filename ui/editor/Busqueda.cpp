@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "ui/common/Commands.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/editor/PatternBox.h"
@@ -81,6 +82,10 @@ void Busqueda::cadena_Change() {
 }
 
 void Busqueda::Buscar_Click() {
+    guardMemory(parentWidget(), [this] { search(); });
+}
+
+void Busqueda::search() {
     hide();
     parentWidget()->activateWindow();
     Buscarsiguiente_->setEnabled(false);

@@ -32,6 +32,7 @@ class Busqueda : public QDialog {
   private:
     void layOut();
     void cadena_Change();
+    void search();
     bool selectFrom(qsizetype start);
 
     SourceEdit* texto_;

@@ -9,10 +9,12 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <new>
 #include <optional>
 
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FileDrops.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/ScreenRoom.h"
@@ -71,7 +73,7 @@ Editor::Editor(QWidget* parent)
         Qt::QueuedConnection);  // not inside a drag of another program
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &Editor::refreshEdicion);
     connect(new FileDrops(this, {QStringLiteral("asm")}), &FileDrops::dropped, this,
-            [this](const QString& path) { openDropped(path, principal_); });
+            [this](const QString& path) { guardMemory(front(), [&] { openDropped(path, principal_); }); });
     constexpr int columns = 90;
     constexpr int rows = 34;
     resize(QSize(texto->fontMetrics().averageCharWidth() * columns, texto->fontMetrics().lineSpacing() * rows)
@@ -111,15 +113,19 @@ void Editor::makeMenus() {
     for (QAction* action : {Cortar, Copiar, Pegar, Buscarsiguiente}) action->setEnabled(false);
     texto->leaveToMenus(keys);
 
-    connect(Nuevo, &QAction::triggered, this, &Editor::Nuevo_Click);
-    connect(Abrir, &QAction::triggered, this, &Editor::Abrir_Click);
-    connect(guardar, &QAction::triggered, this, &Editor::guardar_Click);
-    connect(guardarcomo, &QAction::triggered, this, &Editor::guardarcomo_Click);
+    const auto connectCommand = [this](QAction* action, void (Editor::*procedure)()) {
+        connect(action, &QAction::triggered, this,
+                [this, procedure] { guardMemory(this, [this, procedure] { (this->*procedure)(); }); });
+    };
+    connectCommand(Nuevo, &Editor::Nuevo_Click);
+    connectCommand(Abrir, &Editor::Abrir_Click);
+    connectCommand(guardar, &Editor::guardar_Click);
+    connectCommand(guardarcomo, &Editor::guardarcomo_Click);
     connect(Salir, &QAction::triggered, this, &QWidget::close);
     connect(Cortar, &QAction::triggered, texto, &QPlainTextEdit::cut);
     connect(Copiar, &QAction::triggered, texto, &QPlainTextEdit::copy);
     connect(Pegar, &QAction::triggered, texto, &QPlainTextEdit::paste);
-    connect(Buscar, &QAction::triggered, this, &Editor::Buscar_Click);
+    connectCommand(Buscar, &Editor::Buscar_Click);
     connect(Buscarsiguiente, &QAction::triggered, this, [this] { busqueda_->Buscar_Click(); });
 }
 
@@ -219,7 +225,13 @@ void Editor::setFilename(const QString& path) {
 void Editor::filename_Change() {
     showCaption();
     if (filename->text().isEmpty()) return;
-    changed_ = !suppressLoad_ && load(filename->text());
+    try {
+        changed_ = !suppressLoad_ && load(filename->text());
+    } catch (const std::bad_alloc&) {
+        clearText();
+        setFilename({});
+        throw;
+    }
 }
 
 /// A file that exists but cannot be read leaves the text without a name, so that no save puts an empty text
@@ -262,6 +274,7 @@ bool Editor::loadRescueCopy(const RescueCopy& copy) {
     const SourceFile source = readSource(filename->text());
     encoding_ = source.state == SourceFile::State::read ? source.encoding : rescued.encoding;
     texto->setSource(rescued.text);
+    copyIsOurs_ = true;
     return true;
 }
 
@@ -273,9 +286,9 @@ void Editor::readAgain() {
     now.note(filename->text());
     const SourceFile file = readSource(filename->text());
     if (file.state != SourceFile::State::read) return;
-    known_ = now;
-    encoding_ = file.encoding;
     texto->setSourceInPlace(withLastLineEnd(file.text));
+    encoding_ = file.encoding;
+    known_ = now;
 }
 
 bool Editor::mayOverwrite() {
@@ -300,6 +313,7 @@ void Editor::clearText() {
     texto->setSource({});
     encoding_ = TextEncoding::utf8;
     changed_ = false;
+    copyIsOurs_ = false;
 }
 
 bool Editor::write(const QString& path) {
@@ -319,27 +333,36 @@ bool Editor::write(const QString& path) {
         showMessage(this, QStringLiteral("Error guardando fichero"));
         return false;
     }
+    changed_ = false;
+    encoding_ = encoding;
+    copyIsOurs_ = false;
     known_.noteWritten(*written);
     RescueCopy(path).remove();
-    encoding_ = encoding;
-    changed_ = false;
     return true;
 }
 
-void Editor::rescue() const {
+/// Where it fails there is nothing left to try.
+void Editor::rescue() {
     if (!changed_ || filename->text().isEmpty()) return;
     const auto text = [this](const auto& take) { texto->handOut(take); };
-    // Where it fails there is nothing left to try.
-    static_cast<void>(RescueCopy(filename->text()).write(text, encoding_));
+    using Earlier = RescueCopy::Earlier;
+    const RescueCopy copy(filename->text());
+    if (copy.write(text, encoding_, copyIsOurs_ ? Earlier::replaced : Earlier::kept)) copyIsOurs_ = true;
 }
 
 bool Editor::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate) readAgain();
+    try {
+        if (event->type() == QEvent::WindowActivate) readAgain();
+    } catch (const std::bad_alloc&) {
+        // The old text is still there, and the next save asks. A message would activate this window again.
+    }
     return QMainWindow::event(event);
 }
 
 void Editor::closeEvent(QCloseEvent* event) {
-    if (!askToSave()) {
+    bool mayGo = false;
+    guardMemory(front(), [this, &mayGo] { mayGo = askToSave(); });
+    if (!mayGo) {
         event->ignore();
         return;
     }

@@ -33,9 +33,10 @@ class Editor : public QMainWindow {
     void openDropped(const QString& path, QWidget* principal);
     /// Closes the editor as any close does. False when it stays open: the text has not been saved.
     bool mayClose() { return close(); }
-    /// Leaves the text, if it has not been saved and has a name, beside the file of that name. Only reads
-    /// what the editor holds: the program may be ending in the middle of anything.
-    void rescue() const;
+    /// Leaves the text, if it has not been saved and has a name, beside the file of that name. A copy of
+    /// another text that is there keeps its contents, under another name. Only reads what the editor holds:
+    /// the program may be ending in the middle of anything.
+    void rescue();
 
   protected:
     bool event(QEvent* event) override;
@@ -83,6 +84,7 @@ class Editor : public QMainWindow {
     bool changed_ = false;
     bool busyWithFile_ = false;  // reading or saving, maybe asking about it
     bool suppressLoad_ = false;
+    bool copyIsOurs_ = false;  // the rescue copy that is there holds what this text was before
 };
 
 }  // namespace tavinor

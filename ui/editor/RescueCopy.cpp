@@ -72,12 +72,25 @@ bool RescueCopy::isNewer() const {
     return error || written >= saved;
 }
 
-bool RescueCopy::write(const Text& text, TextEncoding encoding) const {
+bool RescueCopy::write(const Text& text, TextEncoding encoding, Earlier earlier) const {
     if (!canEncodeAll(text, encoding)) encoding = TextEncoding::utf8;
     ReplacedFile file(toPath(path_), toPath(source_));
     Writer writer(file, encoding);
     text([&writer](const QString& piece) { writer.add(piece); });
-    return writer.finish() && file.commit();
+    if (!writer.finish()) return false;
+    if (earlier == Earlier::kept) setAside();
+    return file.commit();
+}
+
+void RescueCopy::setAside() const {
+    constexpr int most = 1000;
+    std::error_code error;
+    for (int number = 1; number <= most; ++number) {
+        const fs::path name = toPath(path_ + '.' + QString::number(number));
+        if (fs::exists(fs::symlink_status(name, error))) continue;
+        fs::rename(toPath(path_), name, error);
+        return;
+    }
 }
 
 void RescueCopy::remove() const {

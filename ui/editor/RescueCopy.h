@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <functional>
 
 #include "assembler/TextEncoding.h"
@@ -14,6 +15,12 @@ class RescueCopy {
     /// Hands out a text piece by piece, each of whole characters.
     using Text = std::function<void(const std::function<void(const QString&)>&)>;
 
+    /// What becomes of a copy that is there already.
+    enum class Earlier : std::uint8_t {
+        replaced,
+        kept,  ///< It gets another name: the first free one of NAME.asm.rescate.1, .2 and so on.
+    };
+
     explicit RescueCopy(const QString& source);
 
     [[nodiscard]] const QString& path() const { return path_; }
@@ -21,11 +28,15 @@ class RescueCopy {
     [[nodiscard]] bool isNewer() const;
 
     /// Writes the copy in the source's encoding, or in UTF-8 where that lacks a character. It is whole or it
-    /// is not there. Needs hardly any memory, however long the text is.
-    [[nodiscard]] bool write(const Text& text, TextEncoding encoding) const;
+    /// is not there. Needs hardly any memory, however long the text is. Where an earlier copy can get no
+    /// other name, it is replaced.
+    [[nodiscard]] bool write(const Text& text, TextEncoding encoding,
+                             Earlier earlier = Earlier::replaced) const;
     void remove() const;
 
   private:
+    void setAside() const;
+
     QString source_, path_;
 };
 

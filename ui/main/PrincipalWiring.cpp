@@ -77,7 +77,6 @@ void Principal::layOut() {
 void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
-    connect(listains, &QAction::triggered, this, &Principal::listains_Click);
 }
 
 void Principal::connectCommands() {
@@ -86,6 +85,7 @@ void Principal::connectCommands() {
         connect(sender, signal, this,
                 [this, procedure] { guarded([this, procedure] { (this->*procedure)(); }); });
     };
+    connectCommand(listains, &QAction::triggered, &Principal::listains_Click);
     connectCommand(commands_->Ejecutar, &CommandButton::command, &Principal::Ejecutar_Click);
     connectCommand(commands_->Eje_paso, &CommandButton::command, &Principal::Eje_paso_Click);
     connectCommand(commands_->CargarHEX, &CommandButton::command, &Principal::CargarHEX_Click);

@@ -38,7 +38,8 @@ void atTerminate() {
 
 #ifdef Q_OS_UNIX
 
-constexpr std::array crashSignals{SIGABRT, SIGBUS, SIGSEGV};
+// Libraries below Qt end the process by SIGTRAP where they get no memory.
+constexpr std::array crashSignals{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGTRAP};
 std::array<struct sigaction, crashSignals.size()> otherCrash{};
 
 /// The crash may have left anything in disorder; the attempt is worth it, but it must not take long. What

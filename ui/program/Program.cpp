@@ -20,29 +20,38 @@ Program::Program(const Version& own, const UpdateSource& updates) : cabecera_(ow
 
 bool Program::eventFilter(QObject* watched, QEvent* event) {
     if (watched != qApp || event->type() != QEvent::Quit) return QObject::eventFilter(watched, event);
-    requestEnd();
+    if (sessionAsked_) {
+        endWithoutQuestion();
+    } else {
+        requestEnd();
+    }
     return true;
 }
 
+/// The session may only be saved, and go on: the program ends when Qt's Quit follows. By then it is too late
+/// for a question.
 void Program::commitData(QSessionManager& session) {
-    if (!session.allowsInteraction()) {
-        endWithoutQuestion();
-        return;
-    }
-    requestEnd();
-    session.release();
-    if (!ending_) session.cancel();
+    sessionAsked_ = true;
+    if (canAsk() && session.allowsInteraction() && !agreesToEnd()) session.cancel();
 }
 
 void Program::requestEnd() {
-    if (asking_ || QApplication::activeModalWidget() != nullptr) {
+    if (!canAsk()) {
         endWithoutQuestion();
-        return;
+    } else if (agreesToEnd()) {
+        emit ended();
     }
+}
+
+bool Program::canAsk() const {
+    return !asking_ && QApplication::activeModalWidget() == nullptr;
+}
+
+bool Program::agreesToEnd() {
     const QScopedValueRollback asking(asking_, true);
     // An open menu would keep the mouse from the question.
     while (QWidget* menu = QApplication::activePopupWidget()) menu->hide();
-    if (principal_.agreesToEnd()) end();
+    return principal_.agreesToEnd();
 }
 
 void Program::endWithoutQuestion() {
@@ -51,11 +60,6 @@ void Program::endWithoutQuestion() {
     rescue();
     principal_.stopRun();
     QTimer::singleShot(patience, qApp, [] { std::_Exit(EXIT_SUCCESS); });
-    end();
-}
-
-void Program::end() {
-    ending_ = true;
     emit ended();
 }
 

@@ -41,14 +41,15 @@ class Program : public QObject {
 
   private:
     void commitData(QSessionManager& session);
+    [[nodiscard]] bool canAsk() const;
+    bool agreesToEnd();
     void endWithoutQuestion();
-    void end();
 
     // Both are there and connected before the splash asks for updates, however soon the answer comes.
     Cabecera cabecera_;
     Principal principal_;
     bool asking_ = false;
-    bool ending_ = false;
+    bool sessionAsked_ = false;  // the session's manager, for what is unsaved
 };
 
 }  // namespace tavinor

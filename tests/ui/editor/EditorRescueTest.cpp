@@ -121,6 +121,42 @@ class EditorRescueTest : public QObject {
         QCOMPARE(f.get("a.asm.rescate"), QByteArray("B"));
     }
 
+    /// Neither a copy that was declined nor one that was never offered goes for the next one.
+    void theNextRescueKeepsIt() {
+        EditorFixture f;
+        f.put("a.asm", "A\r\n");
+        f.put("a.asm.rescate", "B");
+        open(f, f.path("a.asm"), QMessageBox::No);
+        for (const char* text : {"1", "2"}) {  // the second one is the same text's
+            f.texto()->insertPlainText(text);
+            f.editor.rescue();
+        }
+        QCOMPARE(f.get("a.asm.rescate"), QByteArray("12A\r\n"));
+        QCOMPARE(f.get("a.asm.rescate.1"), QByteArray("B"));
+        f.discard();
+        setTime(f.path("a.asm.rescate"), QDateTime::currentDateTime().addDays(-1));
+        QVERIFY(f.open(f.path("a.asm")));
+        f.texto()->insertPlainText("3");
+        f.editor.rescue();
+        QCOMPARE(f.get("a.asm.rescate"), QByteArray("3A\r\n"));
+        QCOMPARE(f.get("a.asm.rescate.1"), QByteArray("B"));
+        QCOMPARE(f.get("a.asm.rescate.2"), QByteArray("12A\r\n"));
+        pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
+        QCOMPARE(filesOf(f), QStringList({"a.asm", "a.asm.rescate.1", "a.asm.rescate.2"}));
+    }
+
+    void aCopyThatWasOpenedIsReplaced() {
+        EditorFixture f;
+        f.put("a.asm", "A\r\n");
+        f.put("a.asm.rescate", "B");
+        open(f, f.path("a.asm"), QMessageBox::Yes);
+        f.texto()->insertPlainText("1");
+        f.editor.rescue();
+        QCOMPARE(f.get("a.asm.rescate"), QByteArray("1B"));
+        QCOMPARE(filesOf(f), QStringList({"a.asm", "a.asm.rescate"}));
+        f.discard();
+    }
+
     void anOldCopyIsNotOffered() {
         EditorFixture f;
         f.put("a.asm", "A\r\n");

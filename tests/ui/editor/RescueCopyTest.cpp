@@ -118,6 +118,23 @@ class RescueCopyTest : public QObject {
         QVERIFY(!RescueCopy(path("no/a.asm")).write(lines({"x"}), TextEncoding::utf8));
     }
 
+    /// It stays under its name where no new one could be written.
+    void anEarlierOneIsKept() {
+        using Earlier = RescueCopy::Earlier;
+        const RescueCopy rescue(path());
+        QVERIFY(rescue.write(lines({"a"}), TextEncoding::utf8, Earlier::kept));
+        QCOMPARE(files(), QStringList("a.asm.rescate"));
+        std::optional<test::FileSizeLimit> fullDisk(4096);
+        const bool written = rescue.write(lines({QString(100'000, 'x')}), TextEncoding::utf8, Earlier::kept);
+        fullDisk.reset();
+        QVERIFY(!written);
+        QCOMPARE(copy(), QByteArray("a"));
+        QVERIFY(rescue.write(lines({"b"}), TextEncoding::utf8, Earlier::kept));
+        QVERIFY(rescue.write(lines({"c"}), TextEncoding::utf8, Earlier::kept));
+        QCOMPARE(copy(), QByteArray("c"));
+        QCOMPARE(files(), QStringList({"a.asm.rescate", "a.asm.rescate.1", "a.asm.rescate.2"}));
+    }
+
     /// What others may not read in the source they may not read here.
     void itIsNoMorePublicThanItsSource() {
         put("a.asm", "x");

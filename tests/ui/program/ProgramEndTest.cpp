@@ -146,7 +146,7 @@ class ProgramEndTest : public QObject {
         QVERIFY(dialogs_->allCame());
     }
 
-    /// What other systems send, and a session manager at its end.
+    /// What other systems send.
     void qtAsksForTheEnd() {
         QVERIFY(edit());
         dialogs_->expectQuestion(question, saveButtons, QMessageBox::No);
