@@ -19,9 +19,9 @@ std::string restartComment(int opcode) {
 
 std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
     const int opcode = m.mem[asIndex(dir, memorySize)];
-    const std::size_t pc = asIndex(m.PC, memorySize);
-    const int byteOperand = m.mem[pc + 1];
-    const int wordOperand = m.mem[pc + 2] * 256 + byteOperand;
+    const auto pc = static_cast<std::int32_t>(asIndex(m.PC, memorySize));
+    const int byteOperand = m.wrapped(pc + 1);
+    const int wordOperand = m.wrapped(pc + 2) * 256 + byteOperand;
     const auto shows = [shownFlags](int bit) { return (shownFlags & bit) != 0; };
 
     switch (opcode) {

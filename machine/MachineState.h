@@ -75,9 +75,9 @@ inline std::size_t asIndex(std::int32_t index, std::int32_t size) {
 /// The one simulated Intel 8085: registers, memory, ports, interrupt controls and serial lines.
 ///
 /// All zero when created, memory and ports included; `reset` gives the state after power-up. The cells 65536
-/// and 65537 mirror cells 0 and 1, so that operands of an instruction at FFFE or FFFF wrap round. The mirror
-/// is brought up to date by `synmem` before readings near the top, not after every write: in between it may
-/// lag on purpose.
+/// and 65537 mirror cells 0 and 1, so that operands of an instruction at FFFE or FFFF wrap round when it is
+/// executed. The mirror is brought up to date by `synmem`, not after every write: in between it may lag on
+/// purpose. What only shows memory reads round the top without it (`wrapped`).
 struct MachineState : Registers {
     std::array<std::uint8_t, mirroredMemorySize> mem{};
     std::array<std::uint8_t, portCount> port{};  ///< `IN` and `OUT` share this array.
@@ -91,6 +91,12 @@ struct MachineState : Registers {
     /// The byte in memory cell `dir` (0..65537, not checked).
     [[nodiscard]] std::uint8_t at(std::int32_t dir) const noexcept {
         return mem[static_cast<std::size_t>(dir)];
+    }
+
+    /// The byte in memory cell `dir` (0 or more), counted round from FFFF to 0000; the mirror cells play no
+    /// part.
+    [[nodiscard]] std::uint8_t wrapped(std::int32_t dir) const noexcept {
+        return mem[static_cast<std::size_t>(dir & 0xFFFF)];
     }
 
     /// Copies memory cells 0 and 1 into the mirror cells 65536 and 65537.

@@ -113,11 +113,13 @@ TEST_F(CommentTest, TheOpcodeIsTakenAtTheAddressAndTheOperandsAtPc) {
     EXPECT_EQ(comenta(m, 0, 0x3000), "p[30]0C");
 }
 
-TEST_F(CommentTest, OperandsAtTheTopComeFromTheMirror) {
+TEST_F(CommentTest, OperandsAtTheTopComeFromTheBottom) {
     place(m, 0xFFFF, {0x3A, 0x30, 0x20});
-    m.synmem();
     m.PC = 0xFFFF;
     EXPECT_EQ(comenta(m, 0, 0xFFFF), "[2030]=A1");
+    place(m, 0xFFFE, {0x3A, 0x30, 0x20});
+    m.PC = 0xFFFE;
+    EXPECT_EQ(comenta(m, 0, 0xFFFE), "[2030]=A1");
 }
 
 TEST_F(CommentTest, AddressesOutsideMemoryAreSubscriptErrors) {

@@ -90,6 +90,15 @@ TEST_F(MachineStateTest, AWordReadAtFFFFSeesTheTopByteAndTheFirstOneAfterSynmem)
     EXPECT_EQ(m.mem[0x10001], 0x12);
 }
 
+TEST_F(MachineStateTest, AWrappedReadGoesRoundTheTopPastTheMirror) {
+    test::place(m, 0xFFFF, {0x77, 0x34, 0x12});
+    m.mem[0x10000] = m.mem[0x10001] = 0xEE;
+    EXPECT_EQ(m.wrapped(0xFFFF), 0x77);
+    EXPECT_EQ(m.wrapped(0x10000), 0x34);
+    EXPECT_EQ(m.wrapped(0x10001), 0x12);
+    EXPECT_EQ(m.wrapped(0), 0x34);
+}
+
 TEST_F(MachineStateTest, OperandsOfAnOpcodeAtFFFFComeFromTheMirrorAsOfTheLastSynmem) {
     test::place(m, 0, {0x34, 0x12});
     m.synmem();
