@@ -13,14 +13,14 @@ struct Instruction {
     int length = 1;  ///< 1, 2 or 3 bytes
 };
 
-/// The instruction at `cp` (0..65535). Refreshes the mirror cells first, so that operands of an instruction
-/// at the top of memory come from 0000 and 0001.
+/// The instruction at `cp` (0..65535). Operands of an instruction at the top of memory come from 0000 and
+/// 0001.
 /// @throws RuntimeError subscript when `cp` is outside.
-Instruction desensambla(MachineState& m, std::int32_t cp);
+Instruction desensambla(const MachineState& m, std::int32_t cp);
 
 /// One row of a listing: four digits of address, "*" or a blank for the breakpoint, the bytes in eight
 /// columns, two blanks, the instruction's text; and the instruction's length.
 /// @throws RuntimeError subscript when `cp` is outside 0..65535.
-Instruction linea(MachineState& m, const Breakpoints& breakpoints, std::int32_t cp);
+Instruction linea(const MachineState& m, const Breakpoints& breakpoints, std::int32_t cp);
 
 }  // namespace tavinor

@@ -27,15 +27,13 @@ bool leadsTo(const MachineState& m, std::int32_t start, std::int32_t target) {
 
 }  // namespace
 
-std::int32_t inidisp(MachineState& m, std::int32_t cp) {
-    m.synmem();
+std::int32_t inidisp(const MachineState& m, std::int32_t cp) {
     std::int32_t start = std::max(cp - bytesBefore, 0);
     while (!leadsTo(m, start, cp)) ++start;
     return start;
 }
 
 int Listing::dispmem(std::int32_t cp, std::int32_t sel) {
-    machine_.synmem();
     rows_.clear();
     int found = noRow;
     std::int32_t address = cp;

@@ -11,7 +11,7 @@ namespace tavinor {
 
 /// Where a listing begins that shows `cp` (0..65535) below some of what precedes it: the earliest start, 12
 /// bytes before `cp` at most, whose instructions lead exactly to `cp`; it may be `cp` itself.
-std::int32_t inidisp(MachineState& m, std::int32_t cp);
+std::int32_t inidisp(const MachineState& m, std::int32_t cp);
 
 /// The rows of the program listing: at most 29 instructions that follow each other, and the selected row.
 /// Holds no addresses: a row's address is read back from its first four characters.
@@ -21,7 +21,7 @@ class Listing {
     static constexpr std::int32_t noAddress = -1;
     static constexpr int noRow = -1;
 
-    Listing(MachineState& machine, const Breakpoints& breakpoints)
+    Listing(const MachineState& machine, const Breakpoints& breakpoints)
         : machine_(machine), breakpoints_(breakpoints) {}
 
     /// Rebuilds the rows from `cp` (0..65535) and returns the row whose address is `sel`, or -1. There are 29
@@ -59,7 +59,7 @@ class Listing {
     [[nodiscard]] std::int32_t addressOrZero(int row) const;
     void rebuildFrom(std::int32_t start);
 
-    MachineState& machine_;
+    const MachineState& machine_;
     const Breakpoints& breakpoints_;
     std::vector<std::string> rows_;
     int selected_ = noRow;

@@ -7,7 +7,7 @@
 
 namespace tavinor {
 
-InterruptPanel::InterruptPanel(MachineState& machine, QWidget* parent)
+InterruptPanel::InterruptPanel(const MachineState& machine, QWidget* parent)
     : QGroupBox(QStringLiteral("Interrupciones"), parent), machine_(machine) {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(makeMaskBoxes());
@@ -20,7 +20,7 @@ InterruptPanel::InterruptPanel(MachineState& machine, QWidget* parent)
     connect(CHK65, &CommandCheckBox::changedByUser, this, &InterruptPanel::CHK65_Click);
     connect(CHK75, &CommandCheckBox::changedByUser, this, &InterruptPanel::CHK75_Click);
     connect(CHKEI, &CommandCheckBox::changedByUser, this, &InterruptPanel::CHKEI_Click);
-    connect(chkSID, &CommandCheckBox::changedByUser, this, &InterruptPanel::chkSID_Click);
+    connect(chkSID, &CommandCheckBox::changedByUser, this, &InterruptPanel::serialInputEntered);
     connect(Rst55, &CommandButton::command, this, &InterruptPanel::rst55Requested);
     connect(Rst65, &CommandButton::command, this, &InterruptPanel::rst65Requested);
     connect(Rst75, &CommandButton::command, this, &InterruptPanel::rst75Requested);
@@ -103,30 +103,30 @@ void InterruptPanel::serveLatchedRst75() {
     if (machine_.intState.R75 && requestsAllowed(machine_.intState).rst75) emit rst75Requested();
 }
 
-void InterruptPanel::CHK55_Click(bool checked) {
-    machine_.intState.M55 = checked;
+/// Announces the machine's interrupt state with one part of it changed.
+void InterruptPanel::enter(bool InterruptState::*own, bool checked) {
+    InterruptState state = machine_.intState;
+    state.*own = checked;
+    emit interruptsEntered(state);
     allow();
+}
+
+void InterruptPanel::CHK55_Click(bool checked) {
+    enter(&InterruptState::M55, checked);
 }
 
 void InterruptPanel::CHK65_Click(bool checked) {
-    machine_.intState.M65 = checked;
-    allow();
+    enter(&InterruptState::M65, checked);
 }
 
 void InterruptPanel::CHK75_Click(bool checked) {
-    machine_.intState.M75 = checked;
-    allow();
+    enter(&InterruptState::M75, checked);
     serveLatchedRst75();
 }
 
 void InterruptPanel::CHKEI_Click(bool checked) {
-    machine_.intState.IE = checked;
-    allow();
+    enter(&InterruptState::IE, checked);
     serveLatchedRst75();
-}
-
-void InterruptPanel::chkSID_Click(bool checked) {
-    machine_.SID = checked;
 }
 
 }  // namespace tavinor

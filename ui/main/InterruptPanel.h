@@ -12,13 +12,13 @@ class QLayout;
 
 namespace tavinor {
 
-/// The group "Interrupciones": masks, enable, serial lines, the request buttons and the INTR vector. The
-/// check boxes change the machine; a request is announced and carried out by the window.
+/// The group "Interrupciones": masks, enable, serial lines, the request buttons and the INTR vector. What the
+/// user clicks is announced and carried out by the window.
 class InterruptPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    InterruptPanel(MachineState& machine, QWidget* parent);
+    InterruptPanel(const MachineState& machine, QWidget* parent);
 
     /// Shows the machine's interrupt state and lines, and allows the requests that it allows. Serves nothing.
     void bringUpToDate();
@@ -27,6 +27,9 @@ class InterruptPanel : public QGroupBox {
     void setVector(const QString& text) { txtVec->showText(text); }
 
   signals:
+    /// A mask or IE was clicked: the interrupt state as it is to be.
+    void interruptsEntered(const tavinor::InterruptState& state);
+    void serialInputEntered(bool SID);
     void intrRequested();
     void rst55Requested();
     void rst65Requested();
@@ -40,15 +43,15 @@ class InterruptPanel : public QGroupBox {
     QLayout* makeLineBoxes();
     QLayout* makeButtons();
     QLayout* makeVectorRow();
+    void enter(bool InterruptState::*own, bool checked);
     void allow();
     void serveLatchedRst75();
     void CHK55_Click(bool checked);
     void CHK65_Click(bool checked);
     void CHK75_Click(bool checked);
     void CHKEI_Click(bool checked);
-    void chkSID_Click(bool checked);
 
-    MachineState& machine_;
+    const MachineState& machine_;
     CommandCheckBox *CHK55, *CHK65, *CHK75, *CHKEI, *chkSID;
     DisplayCheckBox* ChkSOD;
     CommandButton *Rst55, *Rst65, *Rst75, *Trap, *Intr;

@@ -132,10 +132,11 @@ void ListingView::wheelEvent(QWheelEvent* event) {
     event->accept();
 }
 
-ListingPanel::ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWidget* parent)
+ListingPanel::ListingPanel(const MachineState& machine, const Breakpoints& breakpoints,
+                           const ShownValues& shown, QWidget* parent)
     : QGroupBox(QStringLiteral("Programa"), parent),
       listing_(machine, breakpoints),
-      breakpoints_(breakpoints),
+      shown_(shown),
       prg(new ListingView(this)),
       scrollBar_(new QScrollBar(Qt::Vertical, this)) {
     scrollBar_->setObjectName(QStringLiteral("prgScrollBar"));
@@ -158,7 +159,7 @@ ListingPanel::ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWid
 }
 
 void ListingPanel::bringUpToDate() {
-    positionRows(programCounter_);
+    positionRows(shown_.registers.PC);
 }
 
 void ListingPanel::position(std::int32_t address) {
@@ -203,10 +204,8 @@ void ListingPanel::f9() {
     }
 }
 
-/// Only this changes a single breakpoint.
 void ListingPanel::toggle(std::int32_t address) {
-    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(address)];
-    flag = static_cast<std::int16_t>(~flag);
+    emit breakpointToggled(address);
     rebuildInPlace();
 }
 
@@ -252,7 +251,7 @@ void ListingPanel::turnWheel(int steps) {
 }
 
 void ListingPanel::showRows() {
-    prg->showRows(listing_, programCounter_);
+    prg->showRows(listing_, shown_.registers.PC);
     fitScrollBar();
 }
 

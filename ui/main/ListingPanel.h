@@ -8,6 +8,7 @@
 
 #include "images/Listing.h"
 #include "machine/MachineState.h"
+#include "ui/main/ShownValues.h"
 
 namespace tavinor {
 
@@ -71,12 +72,10 @@ class ListingPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    /// `breakpoints` is the window's array: a double-click changes one flag of it.
-    ListingPanel(MachineState& machine, Breakpoints& breakpoints, QWidget* parent);
+    ListingPanel(const MachineState& machine, const Breakpoints& breakpoints, const ShownValues& shown,
+                 QWidget* parent);
 
-    /// Notes the program counter at the last refresh. Cheap: no widget is touched.
-    void note(std::int32_t programCounter) { programCounter_ = programCounter; }
-    /// Lists the program around the noted program counter and selects its row.
+    /// Lists the program around the shown program counter and selects its row.
     void bringUpToDate();
     /// Lists the program around an address that the user asks for, and selects its row.
     void position(std::int32_t address);
@@ -89,6 +88,8 @@ class ListingPanel : public QGroupBox {
   signals:
     /// The user selected a row; `text` is the whole row.
     void rowSelected(const QString& text);
+    /// The user asks for the breakpoint at `address` (0..65535) to be set, or cleared where it is set.
+    void breakpointToggled(std::int32_t address);
 
   private:
     void prg_Click();
@@ -105,8 +106,7 @@ class ListingPanel : public QGroupBox {
     void fitScrollBar();
 
     Listing listing_;
-    Breakpoints& breakpoints_;
-    std::int32_t programCounter_ = 0;
+    const ShownValues& shown_;
     bool running_ = false;
     /// The address that the user selected last, whatever the program has selected since.
     std::optional<std::int32_t> chosen_;

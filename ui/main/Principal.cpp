@@ -52,6 +52,8 @@ void Principal::llenagrd() {
     ports_->fill(0);
 }
 
+// What changes the machine or the breakpoints: all of it is here.
+
 void Principal::savmem(std::int32_t dir, std::int32_t dat) {
     machine_.storeMemory(dir, dat);
     memory_->setCell(dir, static_cast<std::uint8_t>(dat));
@@ -61,6 +63,85 @@ void Principal::savport(std::int32_t dir, std::int32_t dat) {
     machine_.storePort(dir, dat);
     ports_->setCell(dir, static_cast<std::uint8_t>(dat));
 }
+
+void Principal::enterRegisters(const Registers& registers) {
+    static_cast<Registers&>(machine_) = registers;
+    machine_.recomputePairs();
+    noteRegisters();
+}
+
+void Principal::enterInterrupts(const InterruptState& state) {
+    machine_.intState = state;
+}
+
+void Principal::enterSerialInput(bool SID) {
+    machine_.SID = SID;
+}
+
+void Principal::toggleBreakpoint(std::int32_t address) {
+    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(address)];
+    flag = static_cast<std::int16_t>(~flag);
+}
+
+void Principal::enterInstructionByte(std::int32_t address, int byte) {
+    savmem(address, byte);
+    machine_.synmem();
+    memory_->bringUpToDate();
+    listing_->rebuildInPlace();
+    entry_->bringUpToDate();
+}
+
+void Principal::executeOne() {
+    listainstru();
+    machine_.synmem();
+    EjecutaPASO(machine_, *this);
+    noteValues();
+    listareg();
+}
+
+/// What holds between two instructions: the mirror cells equal cells 0 and 1, and PC, which is taken back
+/// from its box, has four digits.
+void Principal::settle() {
+    machine_.synmem();
+    machine_.PC &= 0xFFFF;
+}
+
+LoadResult Principal::load(const QString& path) {
+    WorkProgress progress(this, {QStringLiteral("Cargando el fichero..."), QStringLiteral("Parte cargada")});
+    return carga(toPath(path), machine_, breakpoints_, *this, progress);
+}
+
+void Principal::Reset_Click() {
+    reset(machine_);
+    regen();
+}
+
+void Principal::Trap_Click() {
+    acceptInterrupt(machine_, *this, vector::trap);
+    regen();
+}
+
+void Principal::Rst55_Click() {
+    acceptInterrupt(machine_, *this, vector::rst55);
+    regen();
+}
+
+void Principal::Rst65_Click() {
+    acceptInterrupt(machine_, *this, vector::rst65);
+    regen();
+}
+
+void Principal::Rst75_Click() {
+    acceptRst75(machine_, *this);
+    regen();
+}
+
+void Principal::Intr_Click() {
+    requestIntr(machine_, *this, interrupts_->vector().toStdString());
+    regen();
+}
+
+// What is shown of it.
 
 void Principal::halt() {
     showAll();  // in the trace, the row of this HLT is there already
@@ -93,27 +174,18 @@ Principal::Executed Principal::executeSome(std::int64_t /*most*/) {
     return {.instructions = 1, .atBreakpoint = breakpoints_[static_cast<std::size_t>(machine_.PC)] != 0};
 }
 
-void Principal::executeOne() {
-    listainstru();
-    EjecutaPASO(machine_, *this);
-    noteValues();
-    listareg();
-}
-
 void Principal::listainstru() {
-    const auto& [registers, M] = registers_->values();
     if (!registers_->edited()) {
-        recorder_.listainstru(machine_, {registers, M});
+        recorder_.listainstru(machine_, {shown_.registers, shown_.M});
         return;
     }
     const RegisterTexts texts = registers_->texts();
-    recorder_.listainstru(machine_, {registers, M, &texts});
+    recorder_.listainstru(machine_, {shown_.registers, shown_.M, &texts});
 }
 
 /// The refresh just before has overwritten what was being typed.
 void Principal::listareg() {
-    const auto& [registers, M] = registers_->values();
-    recorder_.listareg({registers, M});
+    recorder_.listareg({shown_.registers, shown_.M});
 }
 
 void Principal::Eje_paso_Click() {
@@ -127,13 +199,19 @@ void Principal::regen() {
 }
 
 void Principal::noteValues() {
-    machine_.synmem();
-    machine_.PC &= 0xFFFF;  // PC is taken back from the four digits of its box
-    registers_->note({machine_.registers(), machine_.mem[static_cast<std::size_t>(machine_.HL)]});
-    listing_->note(machine_.PC);
-    stack_->note(machine_.SP);
+    settle();
+    noteRegisters();
+    noteM();
     viewsBehind_ = true;
     if (registers_->edited()) bringUpToDate();  // a refresh overwrites what is being typed
+}
+
+void Principal::noteRegisters() {
+    shown_.registers = machine_.registers();
+}
+
+void Principal::noteM() {
+    shown_.M = machine_.at(machine_.HL);
 }
 
 void Principal::showAll() {
@@ -174,11 +252,6 @@ void Principal::loadHexFile(const QString& path) {
             showMessage(this, QStringLiteral("Fichero incorrecto"));
         }
     });
-}
-
-LoadResult Principal::load(const QString& path) {
-    WorkProgress progress(this, {QStringLiteral("Cargando el fichero..."), QStringLiteral("Parte cargada")});
-    return carga(toPath(path), machine_, breakpoints_, *this, progress);
 }
 
 void Principal::showLoaded(const LoadResult& result) {
@@ -228,36 +301,6 @@ void Principal::about_Click() {
     emit aboutRequested();
 }
 
-void Principal::Reset_Click() {
-    reset(machine_);
-    regen();
-}
-
-void Principal::Trap_Click() {
-    acceptInterrupt(machine_, *this, vector::trap);
-    regen();
-}
-
-void Principal::Rst55_Click() {
-    acceptInterrupt(machine_, *this, vector::rst55);
-    regen();
-}
-
-void Principal::Rst65_Click() {
-    acceptInterrupt(machine_, *this, vector::rst65);
-    regen();
-}
-
-void Principal::Rst75_Click() {
-    acceptRst75(machine_, *this);
-    regen();
-}
-
-void Principal::Intr_Click() {
-    requestIntr(machine_, *this, interrupts_->vector().toStdString());
-    regen();
-}
-
 void Principal::carryOut(int haltOption) {
     constexpr std::array<void (Principal::*)(), Halt::optionCount> procedures{
         &Principal::Reset_Click, &Principal::Trap_Click,  &Principal::Rst55_Click,
@@ -282,18 +325,6 @@ void Principal::enterPortByte(std::int32_t address, int byte) {
     savport(address, byte);
     ports_->showCurrent(address);
     ports_->bringUpToDate();
-}
-
-void Principal::enterCode(std::int32_t address, int code) {
-    savmem(address, code);
-    memory_->bringUpToDate();
-    listing_->rebuildInPlace();
-    entry_->bringUpToDate();
-}
-
-void Principal::enterOperand(std::int32_t address, int operand) {
-    machine_.synmem();
-    enterCode(address, operand);
 }
 
 void Principal::recover(const QString& message) {

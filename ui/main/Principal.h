@@ -12,6 +12,7 @@
 #include "ui/common/KeyRepeats.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/main/Run.h"
+#include "ui/main/ShownValues.h"
 
 class QAction;
 
@@ -118,13 +119,22 @@ class Principal : public QMainWindow, private Host, private RunWindow {
     void listareg();
     /// Refreshes every view.
     void regen();
+    void settle();
+    /// Notes what the views show from now on. Cheap: no widget is touched.
     void noteValues();
+    void noteRegisters();
+    void noteM();
 
     void enterMemoryByte(std::int32_t address, int byte);
     void enterSelectedByte(std::int32_t address, int byte);
     void enterPortByte(std::int32_t address, int byte);
-    void enterCode(std::int32_t address, int code);
-    void enterOperand(std::int32_t address, int operand);
+    /// `address` is 0..65537; a byte past FFFF is stored in its mirror cell and then fails.
+    void enterInstructionByte(std::int32_t address, int byte);
+    /// Their pairs follow from them, as after a step.
+    void enterRegisters(const Registers& registers);
+    void enterInterrupts(const InterruptState& state);
+    void enterSerialInput(bool SID);
+    void toggleBreakpoint(std::int32_t address);
 
     /// Runs an event procedure. An error of the machine, or a lack of memory, ends it there, stops a run,
     /// refreshes the views and is shown in a message box.
@@ -144,6 +154,7 @@ class Principal : public QMainWindow, private Host, private RunWindow {
 
     MachineState machine_;
     Breakpoints breakpoints_{};
+    ShownValues shown_;
     Run run_;
     KeyRepeats keyRepeats_;
     bool viewsBehind_ = false;

@@ -24,10 +24,10 @@ namespace tavinor {
 Principal::Principal(std::unique_ptr<RunPace> pace)
     : run_(*this, std::move(pace)),
       commands_(new CommandBar(this)),
-      listing_(new ListingPanel(machine_, breakpoints_, this)),
+      listing_(new ListingPanel(machine_, breakpoints_, shown_, this)),
       entry_(new EntryPanel(machine_, this)),
-      registers_(new RegisterPanel(machine_, this)),
-      stack_(new StackPanel(machine_, this)),
+      registers_(new RegisterPanel(machine_, shown_, this)),
+      stack_(new StackPanel(machine_, shown_, this)),
       interrupts_(new InterruptPanel(machine_, this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
@@ -118,23 +118,20 @@ void Principal::connectPanels() {
     connectBytes(registers_, &RegisterPanel::memoryByteEntered, &Principal::enterMemoryByte);
     connectBytes(memory_, &BytePanel::byteEntered, &Principal::enterSelectedByte);
     connectBytes(ports_, &BytePanel::byteEntered, &Principal::enterPortByte);
-    connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterCode);
-    connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterOperand);
+    connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterInstructionByte);
+    connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterInstructionByte);
+    connect(registers_, &RegisterPanel::registersEntered, this, &Principal::enterRegisters);
+    connect(registers_, &RegisterPanel::pointerEntered, this, &Principal::noteM);
+    connect(interrupts_, &InterruptPanel::interruptsEntered, this, &Principal::enterInterrupts);
+    connect(interrupts_, &InterruptPanel::serialInputEntered, this, &Principal::enterSerialInput);
+    connect(listing_, &ListingPanel::breakpointToggled, this, &Principal::toggleBreakpoint);
     connect(listing_, &ListingPanel::rowSelected, entry_, &EntryPanel::showRow);
     connect(entry_, &EntryPanel::addressEntered, this,
             [this](std::int32_t address) { guarded([=, this] { listing_->position(address); }); });
-    connect(registers_, &RegisterPanel::programCounterEntered, this, [this] {
-        guarded([this] {
-            listing_->note(machine_.PC);
-            listing_->bringUpToDate();
-        });
-    });
-    connect(registers_, &RegisterPanel::stackPointerEntered, this, [this] {
-        guarded([this] {
-            stack_->note(machine_.SP);
-            stack_->regenpila();
-        });
-    });
+    connect(registers_, &RegisterPanel::programCounterEntered, this,
+            [this] { guarded([this] { listing_->bringUpToDate(); }); });
+    connect(registers_, &RegisterPanel::stackPointerEntered, this,
+            [this] { guarded([this] { stack_->regenpila(); }); });
 }
 
 }  // namespace tavinor

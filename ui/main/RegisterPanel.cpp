@@ -29,8 +29,8 @@ constexpr std::array<FlagName, 8> flagNames{{
 
 }  // namespace
 
-RegisterPanel::RegisterPanel(MachineState& machine, QWidget* parent)
-    : QGroupBox(QStringLiteral("Registros"), parent), machine_(machine) {
+RegisterPanel::RegisterPanel(const MachineState& machine, const ShownValues& shown, QWidget* parent)
+    : QGroupBox(QStringLiteral("Registros"), parent), machine_(machine), shown_(shown) {
     txtA = makeBox(QStringLiteral("txtA"), QStringLiteral("Acumulador A"), 2);
     txtF = makeBox(QStringLiteral("txtF"), QStringLiteral("Registro de indicadores F"), 2);
     txtB = makeBox(QStringLiteral("txtB"), QStringLiteral("Registro B"), 2);
@@ -122,30 +122,24 @@ QWidget* RegisterPanel::makeFlagBoxes() {
 }
 
 void RegisterPanel::connectBoxes() {
-    connect(txtA, &HexBox::left, this, [this] {
-        machine_.A = static_cast<std::uint8_t>(txtA->value());
-        registersEdited();
-    });
+    connect(txtA, &HexBox::left, this, [this] { enter(&Registers::A, txtA->value()); });
     connect(txtF, &HexBox::left, this, [this] {
-        machine_.F = static_cast<std::uint8_t>(txtF->value());
-        registersEdited();
+        enter(&Registers::F, txtF->value());
         showFlags();
     });
     connectPair({txtB, txtC, txtBC, &Registers::B, &Registers::C});
     connectPair({txtD, txtE, txtDE, &Registers::D, &Registers::E});
     connectPair({txtH, txtL, txtHL, &Registers::H, &Registers::L});
-    for (HexBox* box : {txtH, txtL, txtHL}) connect(box, &HexBox::left, this, &RegisterPanel::showMemoryByte);
+    for (HexBox* box : {txtH, txtL, txtHL}) connect(box, &HexBox::left, this, &RegisterPanel::pointerLeft);
     // E alone brings its pair into step as soon as its text is accepted, before it is left.
     connect(txtE, &HexBox::validated, this, [this] { txtDE->showText(txtD->text() + txtE->text()); });
     connect(txtM, &HexBox::left, this, [this] { emit memoryByteEntered(txtHL->value(), txtM->value()); });
     connect(txtPC, &HexBox::left, this, [this] {
-        machine_.PC = txtPC->value();
-        registersEdited();
+        enter(&Registers::PC, txtPC->value());
         emit programCounterEntered();
     });
     connect(txtSP, &HexBox::left, this, [this] {
-        machine_.SP = txtSP->value();
-        registersEdited();
+        enter(&Registers::SP, txtSP->value());
         emit stackPointerEntered();
     });
 }
@@ -158,27 +152,21 @@ void RegisterPanel::connectPair(const PairBoxes& pair) {
 
 void RegisterPanel::halfLeft(const PairBoxes& pair, const HexBox* half, std::uint8_t Registers::*own) {
     pair.pair->showText(pair.high->text() + pair.low->text());
-    machine_.*own = static_cast<std::uint8_t>(half->value());
-    registersEdited();
+    enter(own, half->value());
 }
 
 void RegisterPanel::pairLeft(const PairBoxes& pair) {
     pair.high->showText(pair.pair->text().left(2));
     pair.low->showText(pair.pair->text().right(2));
-    machine_.*pair.highRegister = static_cast<std::uint8_t>(pair.high->value());
-    machine_.*pair.lowRegister = static_cast<std::uint8_t>(pair.low->value());
-    registersEdited();
+    Registers registers = machine_.registers();
+    registers.*pair.highRegister = static_cast<std::uint8_t>(pair.high->value());
+    registers.*pair.lowRegister = static_cast<std::uint8_t>(pair.low->value());
+    emit registersEntered(registers);
 }
 
-/// The boxes show the machine's registers again, and the cached pairs follow an edit as they follow a step.
-void RegisterPanel::registersEdited() {
-    machine_.recomputePairs();
-    values_.registers = machine_.registers();
-}
-
-void RegisterPanel::showMemoryByte() {
-    values_.M = machine_.mem[static_cast<std::size_t>(machine_.HL)];
-    txtM->showValue(values_.M);
+void RegisterPanel::pointerLeft() {
+    emit pointerEntered();
+    txtM->showValue(shown_.M);
 }
 
 void RegisterPanel::showFlags() {
@@ -193,12 +181,11 @@ int RegisterPanel::shownFlags() const {
 
 void RegisterPanel::chkF_Click() {
     txtF->showValue(shownFlags());
-    machine_.F = static_cast<std::uint8_t>(txtF->value());
-    registersEdited();
+    enter(&Registers::F, txtF->value());
 }
 
 void RegisterPanel::bringUpToDate() {
-    const Registers& r = values_.registers;
+    const Registers& r = shown_.registers;
     txtA->showValue(r.A);
     txtF->showValue(r.F);
     txtB->showValue(r.B);
@@ -212,7 +199,7 @@ void RegisterPanel::bringUpToDate() {
     txtHL->showValue(r.HL);
     txtPC->showValue(r.PC);
     txtSP->showValue(r.SP);
-    txtM->showValue(values_.M);
+    txtM->showValue(shown_.M);
     showFlags();
 }
 

@@ -7,42 +7,35 @@
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
+#include "ui/main/ShownValues.h"
 #include "ui/trace/ShownBoxes.h"
 
 class QGridLayout;
 
 namespace tavinor {
 
-/// What the register boxes show: the registers at the last refresh or edit, and the memory byte at HL.
-struct RegisterValues {
-    Registers registers;
-    std::uint8_t M = 0;
-};
-
-/// The group "Registros": fourteen boxes and eight flag boxes. An edit reaches the machine when its box is
-/// left; the boxes that show the same bits follow at once.
-///
-/// A refresh in a run only notes the values; the widgets follow in `bringUpToDate`.
+/// The group "Registros": fourteen boxes and eight flag boxes. An edit is announced when its box is left; the
+/// boxes that show the same bits follow at once.
 class RegisterPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    RegisterPanel(MachineState& machine, QWidget* parent);
+    RegisterPanel(const MachineState& machine, const ShownValues& shown, QWidget* parent);
 
-    /// Notes what the boxes show from now on. Cheap: no widget is touched.
-    void note(const RegisterValues& values) { values_ = values; }
-    /// Writes the noted values into the boxes; what was being typed is gone.
+    /// Writes the shown values into the boxes; what was being typed is gone.
     void bringUpToDate();
     /// The flag byte as the flag boxes show it: what `comenta` speaks of.
     [[nodiscard]] int shownFlags() const;
-    /// What the boxes show, edited ones apart.
-    [[nodiscard]] const RegisterValues& values() const { return values_; }
     /// Whether a box holds text that was typed and not left yet.
     [[nodiscard]] bool edited() const { return editedBoxes_ > 0; }
     /// The texts of the boxes as they stand, edited or not.
     [[nodiscard]] RegisterTexts texts() const;
 
   signals:
+    /// A box was left, or a flag box clicked: the registers as they are to be. Their pairs are not.
+    void registersEntered(const tavinor::Registers& registers);
+    /// A box of H, L or HL was left: M shows the memory at the new HL from now on.
+    void pointerEntered();
     /// `txtM` was left: `data` (0..255) is meant for memory cell `address`.
     void memoryByteEntered(std::int32_t address, int data);
     void programCounterEntered();
@@ -67,13 +60,19 @@ class RegisterPanel : public QGroupBox {
     void connectPair(const PairBoxes& pair);
     void halfLeft(const PairBoxes& pair, const HexBox* half, std::uint8_t Registers::*own);
     void pairLeft(const PairBoxes& pair);
-    void registersEdited();
-    void showMemoryByte();
+    /// Announces the machine's registers with one of them changed.
+    template <typename Value>
+    void enter(Value Registers::*own, int value) {
+        Registers registers = machine_.registers();
+        registers.*own = static_cast<Value>(value);
+        emit registersEntered(registers);
+    }
+    void pointerLeft();
     void showFlags();
     void chkF_Click();
 
-    MachineState& machine_;
-    RegisterValues values_;
+    const MachineState& machine_;
+    const ShownValues& shown_;
     int editedBoxes_ = 0;
 
     HexBox *txtA, *txtF;

@@ -12,9 +12,10 @@ namespace {
 constexpr int wordsShown = 8;
 }
 
-StackPanel::StackPanel(MachineState& machine, QWidget* parent)
+StackPanel::StackPanel(const MachineState& machine, const ShownValues& shown, QWidget* parent)
     : QGroupBox(QStringLiteral("PILA"), parent),
       machine_(machine),
+      shown_(shown),
       pila(named(new QListWidget(this), QStringLiteral("pila"), QStringLiteral("Pila"))) {
     pila->setUniformItemSizes(true);
     pila->setSelectionMode(QAbstractItemView::NoSelection);
@@ -33,11 +34,9 @@ void StackPanel::fitWords() {
 }
 
 void StackPanel::regenpila() {
-    machine_.synmem();
-    std::int32_t p = stackPointer_;
+    std::int32_t p = shown_.registers.SP;
     for (int i = 0; i < wordsShown; ++i) {
-        const auto low = static_cast<std::size_t>(p);
-        const std::int32_t word = machine_.mem[low + 1] * 256 + machine_.mem[low];
+        const std::int32_t word = machine_.wrapped(p + 1) * 256 + machine_.at(p);
         pila->item(i)->setText(hexString(word, 4));
         p = (p + 2) & 0xFFFF;
     }

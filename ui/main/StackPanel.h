@@ -2,9 +2,9 @@
 
 #include <QGroupBox>
 #include <QListWidget>
-#include <cstdint>
 
 #include "machine/MachineState.h"
+#include "ui/main/ShownValues.h"
 
 namespace tavinor {
 
@@ -13,18 +13,16 @@ class StackPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    StackPanel(MachineState& machine, QWidget* parent);
+    StackPanel(const MachineState& machine, const ShownValues& shown, QWidget* parent);
 
-    /// Notes the stack pointer at the last refresh. Cheap: no widget is touched.
-    void note(std::int32_t stackPointer) { stackPointer_ = stackPointer; }
-    /// Rebuilds the words from the noted stack pointer.
+    /// Rebuilds the words from the shown stack pointer on.
     void regenpila();
 
   private:
     void fitWords();
 
-    MachineState& machine_;
-    std::int32_t stackPointer_ = 0;
+    const MachineState& machine_;
+    const ShownValues& shown_;
     QListWidget* pila;
 };
 

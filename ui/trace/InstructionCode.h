@@ -15,11 +15,12 @@ namespace detail {
 inline constexpr std::array<std::uint32_t, 4> significantBits{0, 0xFF, 0xFFFF, 0xFFFFFF};
 }  // namespace detail
 
-/// The instruction at `address` (0..65535). Its operands may lie in the mirror cells.
+/// The instruction at `address` (0..65535). Its operands go on at 0000.
 inline std::uint32_t instructionCode(const MachineState& m, std::int32_t address) {
-    const std::uint8_t* bytes = m.mem.data() + address;
-    const std::uint32_t code = bytes[0] | std::uint32_t{bytes[1]} << 8 | std::uint32_t{bytes[2]} << 16;
-    return code & detail::significantBits[static_cast<std::size_t>(instructionLength(bytes[0]))];
+    const std::uint8_t opcode = m.at(address);
+    const std::uint32_t code =
+        opcode | std::uint32_t{m.wrapped(address + 1)} << 8 | std::uint32_t{m.wrapped(address + 2)} << 16;
+    return code & detail::significantBits[static_cast<std::size_t>(instructionLength(opcode))];
 }
 
 /// Byte 0 (the opcode), 1 or 2 of an instruction.

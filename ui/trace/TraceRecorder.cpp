@@ -17,10 +17,7 @@ RegisterTexts textsOf(RegisterImage image, const RegisterTexts* typed) {
 
 }  // namespace
 
-void TraceRecorder::listainstru(MachineState& machine, const ShownBoxes& boxes) {
-    // Reading an instruction refreshes the mirror cells, and the step that follows reads them: so that runs
-    // do not depend on the trace, it happens whether or not a row can be added.
-    machine.synmem();
+void TraceRecorder::listainstru(const MachineState& machine, const ShownBoxes& boxes) {
     lastRowIsOurs_ = false;
     try {
         const RegisterImage image(boxes.registers, boxes.M);

@@ -16,9 +16,8 @@ class TraceRecorder {
   public:
     explicit TraceRecorder(TraceStore::MemoryProbe memory = availableMemory) : store_(std::move(memory)) {}
 
-    /// To be called just before the instruction at PC is executed. The machine stays as it is, apart from its
-    /// mirror cells.
-    void listainstru(MachineState& machine, const ShownBoxes& boxes);
+    /// To be called just before the instruction at PC is executed.
+    void listainstru(const MachineState& machine, const ShownBoxes& boxes);
     /// To be called just after it, once the boxes have been refreshed.
     void listareg(const ShownBoxes& boxes);
 

@@ -193,6 +193,34 @@ class InterruptPanelTest : public QObject {
         QCOMPARE(s_->machine().PC, 0x1234);
     }
 
+    /// However they came there.
+    void intrTakesItsOperandsRoundTheTop() {
+        openAllLines();
+        s_->load(0, QByteArray::fromHex("3412"));
+        s_->enter("txtPC", "FFFF");
+        s_->enter("txtVec", "C3");
+        s_->press("Intr");
+        QCOMPARE(s_->machine().PC, 0x1234);
+        s_->enter("txtPC", "FFFF");
+        s_->enter("txtDirMem", "0000");
+        s_->enter("txtDatMem", "56");
+        s_->press("CHKEI");
+        s_->press("Intr");
+        QCOMPARE(s_->machine().PC, 0x1256);
+        s_->enter("txtPC", "FFFF");
+        s_->enter("txtDIR", "0001");
+        s_->enter("INSCO", "78");
+        s_->press("CHKEI");
+        s_->press("Intr");
+        QCOMPARE(s_->machine().PC, 0x7856);
+        s_->enter("txtPC", "FFFF");
+        s_->enter("txtDIR", "0000");
+        s_->enter("INSOP1", "9A");
+        s_->press("CHKEI");
+        s_->press("Intr");
+        QCOMPARE(s_->machine().PC, 0x9A56);
+    }
+
     /// The instruction writes the very cell that its opcode borrows: memory gets its old byte back, and the
     /// grid keeps what was written.
     void intrOverTheBorrowedCell() {

@@ -16,7 +16,7 @@ void fill(NaiveTrace::Row& row, const BoxTexts& b) {
 
 }  // namespace
 
-void NaiveTrace::listainstru(MachineState& machine, const BoxTexts& boxes) {
+void NaiveTrace::listainstru(const MachineState& machine, const BoxTexts& boxes) {
     NaiveTrace::Row now;
     fill(now, boxes);
     bool changed = rows_.empty();
@@ -33,7 +33,7 @@ void NaiveTrace::listainstru(MachineState& machine, const BoxTexts& boxes) {
     const std::int32_t address = dec(boxes.PC) & 0xFFFF;
     const Instruction instruction = desensambla(machine, address);
     const auto byte = [&](int offset) {
-        return hexa(machine.mem[static_cast<std::size_t>(address + offset)], 2);
+        return hexa(machine.mem[static_cast<std::size_t>((address + offset) % memorySize)], 2);
     };
     std::string dat;
     if (instruction.length == 1) dat = byte(0) + "       ";

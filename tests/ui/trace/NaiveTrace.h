@@ -19,7 +19,7 @@ class NaiveTrace {
   public:
     using Row = std::array<std::string, 15>;
 
-    void listainstru(MachineState& machine, const BoxTexts& boxes);
+    void listainstru(const MachineState& machine, const BoxTexts& boxes);
     void listareg(const BoxTexts& boxes);
     void clear() { rows_.clear(); }
 

@@ -55,6 +55,7 @@ BoxTexts TracedMachine::boxTexts() const {
 bool TracedMachine::step() {
     recorder_.listainstru(*machine_, shown());
     if (naive_ != nullptr) naive_->listainstru(*machine_, boxTexts());
+    machine_->synmem();
     try {
         EjecutaPASO(*machine_, *this);
     } catch (const RuntimeError&) {
