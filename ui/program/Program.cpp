@@ -4,8 +4,6 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 #include <QSessionManager>
-#include <QTimer>
-#include <cstdlib>
 
 namespace tavinor {
 
@@ -55,11 +53,8 @@ bool Program::agreesToEnd() {
 }
 
 void Program::endWithoutQuestion() {
-    // Work in hand sees its event loop end, but may go on for long before it looks.
-    constexpr int patience = 500;  // milliseconds
     rescue();
     principal_.stopRun();
-    QTimer::singleShot(patience, qApp, [] { std::_Exit(EXIT_SUCCESS); });
     emit ended();
 }
 

@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QTimer>
+#include <cstdlib>
 
 #include "ui/common/ApplicationIcon.h"
 #include "ui/common/ReadableStyle.h"
@@ -7,6 +9,17 @@
 #include "ui/program/LastResort.h"
 #include "ui/program/Program.h"
 #include "ui/startup/Ending.h"
+
+namespace {
+
+/// Work in hand sees its event loop end, but may go on for long before it looks.
+void end() {
+    constexpr int patience = 500;  // milliseconds
+    QTimer::singleShot(patience, qApp, [] { std::_Exit(EXIT_SUCCESS); });
+    QApplication::exit();
+}
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
     int exitCode = 0;
@@ -22,7 +35,7 @@ int main(int argc, char* argv[]) {
     QApplication::setStyle(new tavinor::ReadableStyle);
 
     tavinor::Program program;
-    QObject::connect(&program, &tavinor::Program::ended, &application, [] { QApplication::exit(); });
+    QObject::connect(&program, &tavinor::Program::ended, &application, end);
     const tavinor::LastResort lastResort([&program] { program.rescue(); });
     const tavinor::EndSignals endSignals;
     QObject::connect(&endSignals, &tavinor::EndSignals::received, &program, &tavinor::Program::requestEnd);
