@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "history/Replay.h"
+#include "machine/Stepper.h"
 #include "tests/history/RecordedMachine.h"
 #include "tests/support/Differences.h"
+#include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
+#include "tests/support/TestHost.h"
 
 namespace tavinor::test {
 namespace {
@@ -100,6 +103,19 @@ class ShortHistoryTest : public ::testing::Test {
         ASSERT_EQ(result.instructions, 1);
         history.executed(1, now);
     }
+    /// As the window does what a batch leaves to it.
+    void stepAlone() {
+        TestHost host(now.machine);
+        int states = 0;
+        const int error = errorOf([&] { states = EjecutaPASO(now.machine, host); });
+        now.machine.synmem();
+        now.machine.PC &= 0xFFFF;
+        if (error == noError) {
+            ++now.counters.instructions;
+            now.counters.tStates += states;
+        }
+        history.executed(1, now);
+    }
     void edit(std::uint8_t a, History::Kind kind = History::Kind::outside) {
         const auto before = std::make_unique<Moment>(now);
         now.machine.A = a;
@@ -150,6 +166,50 @@ TEST_F(ShortHistoryTest, AnotherWayOnAfterGoingBackIsNotTakenForTheOldOne) {
     Replay replay(history);
     ASSERT_TRUE(replay.seek(history.end()));
     EXPECT_EQ(replay.machine().A, 2);
+}
+
+TEST_F(ShortHistoryTest, AReplayFollowsToAnotherWayOnOfTheSameLength) {
+    const auto start = std::make_unique<Moment>(now);
+    Replay replay(history);
+    for (const std::uint8_t a : {std::uint8_t{1}, std::uint8_t{2}}) {
+        now = *start;
+        history.cutBehind({});
+        edit(a);
+        step();
+        ASSERT_TRUE(replay.seek(history.end()));
+        EXPECT_EQ(replay.machine().A, a);
+    }
+}
+
+TEST_F(ShortHistoryTest, WhatABatchLeavesAtTheTopOfMemoryIsReplayed) {
+    for (const int opcode : {0x76, 0xFF}) {  // HLT, and RST 7, which fails there
+        now = Moment{};
+        place(now.machine, 0xFFFF, {opcode});
+        now.machine.PC = 0xFFFF;
+        now.machine.SP = 0x2000;
+        history.begin(now);
+        stepAlone();
+        Replay replay(history);
+        ASSERT_TRUE(replay.seek(history.end()));
+        ASSERT_NO_FATAL_FAILURE(expectEqual(replay.moment(), now, history.end())) << opcode;
+    }
+}
+
+TEST_F(ShortHistoryTest, AStepTakesTheWayOutOfAHaltAndNoOtherChange) {
+    place(now.machine, 0, {0x76, 0x76});  // HLT; HLT
+    now.machine.synmem();
+    history.begin(now);
+    stepAlone();
+    edit(1, History::Kind::wayOut);
+    stepAlone();
+    edit(2);
+    Replay replay(history);
+    EXPECT_TRUE(replay.step());
+    EXPECT_EQ(replay.at(), (Position{1, 1}));
+    EXPECT_EQ(replay.machine().A, 1);
+    EXPECT_TRUE(replay.step());
+    EXPECT_EQ(replay.at(), (Position{2, 1}));
+    EXPECT_EQ(replay.machine().A, 1);
 }
 
 TEST_F(ShortHistoryTest, NothingChangedIsNoChange) {
