@@ -32,12 +32,12 @@ class TemporaryHome {
     [[nodiscard]] QString path(const QString& name) const {
         return name.isEmpty() ? folder_.path() : folder_.filePath(name);
     }
-    /// The folder for documents, called so.
+    /// The folder for documents, called so; without a name, the user's own folder is the one.
     void makeDocuments(const QString& name) const {
         QFile folders(path("user-dirs.dirs"));
         const QString line = "XDG_DOCUMENTS_DIR=\"$HOME/" + name + "\"\n";
-        const bool made = QDir(folder_.path()).mkdir(name) && folders.open(QIODevice::WriteOnly) &&
-                          folders.write(line.toUtf8()) > 0;
+        const bool made = (name.isEmpty() || QDir(folder_.path()).mkdir(name)) &&
+                          folders.open(QIODevice::WriteOnly) && folders.write(line.toUtf8()) > 0;
         if (!made) qFatal("cannot make %s", qPrintable(name));
     }
 
@@ -128,6 +128,13 @@ class FileDialogsTest : public QObject {
         f.ask(false, {}, [](QFileDialog& dialog) {
             QCOMPARE(dialog.sidebarUrls(), places(QCoreApplication::applicationDirPath()));
         });
+    }
+
+    void aFolderIsOfferedOnce() {
+        const TemporaryHome home;
+        home.makeDocuments({});
+        const QList<QUrl> urls = places(home.path("bin"));
+        QCOMPARE(urls, QList<QUrl>({QUrl("file:"), QUrl::fromLocalFile(home.path({}))}));
     }
 
     /// "Docu..." is no name.

@@ -317,6 +317,7 @@ class BusquedaTest : public QObject {
         QVERIFY(f.openDialog());
         QMimeData dragged;
         dragged.setUrls({file});
+        dragged.setText(file.toString());  // as file managers do
         QCOMPARE(dropOn(f.dialog(), f.cadena()->geometry().center(), dragged), DragEnd::refused);
         QCOMPARE(f.cadena()->text(), QString());
         QCOMPARE(f.text(), QString("A"));

@@ -170,6 +170,25 @@ class RunInputTest : public QObject {
         QVERIFY(s_->machine().BC * 2 + s_->machine().PC != atTheStop);
     }
 
+    void aKeyPressedAnewWhileAltIsHeldIsNoRepeat() {
+        loadCounter();
+        int atTheStop = -1;
+        const auto keyP = [this](bool press) {
+            QTest::simulateEvent(s_->window.windowHandle(), press, Qt::Key_P, Qt::AltModifier, {}, false);
+        };
+        QTimer::singleShot(10, &s_->window, [&] {
+            keyP(true);
+            QVERIFY(!s_->running());
+            atTheStop = s_->machine().BC * 2 + s_->machine().PC;
+        });
+        s_->press("Ejecutar");
+        keyP(false);
+        QTest::qWait(5);  // a release and a press of one moment would be a repeat
+        keyP(true);
+        keyP(false);
+        QVERIFY(s_->machine().BC * 2 + s_->machine().PC != atTheStop);
+    }
+
     void theRepeatsOfAStepGoOnStepping() {
         s_->load(0, QByteArray(10, '\0'));
         QTest::keyPress(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
