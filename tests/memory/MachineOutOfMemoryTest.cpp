@@ -83,8 +83,9 @@ class MachineOutOfMemoryTest : public QObject {
     }
     static QMainWindow* traceWindow() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == QStringLiteral("Listapasos"))
+            if (window->objectName() == QStringLiteral("Listapasos")) {
                 return qobject_cast<QMainWindow*>(window);
+            }
         }
         qFatal("there is no window of the trace");
     }

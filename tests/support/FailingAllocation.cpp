@@ -2,6 +2,7 @@
 
 #include <link.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -41,10 +42,8 @@ int noteOwnCode(dl_phdr_info* object, std::size_t /*size*/, void* data) {
 
 bool isOwn(const void* caller) {
     const auto address = reinterpret_cast<std::uintptr_t>(caller);
-    for (const Range& range : ownCode) {
-        if (address >= range.begin && address < range.end) return true;
-    }
-    return false;
+    return std::ranges::any_of(
+        ownCode, [address](const Range& range) { return address >= range.begin && address < range.end; });
 }
 
 bool isToFail(const void* caller) {
