@@ -22,6 +22,7 @@
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
 #include "ui/common/ScreenRoom.h"
+#include "ui/common/UnwrappedText.h"
 
 namespace tavinor {
 
@@ -39,11 +40,10 @@ PathLabel* pathLabel(const char* name, const char* description, QWidget* parent)
     return label;
 }
 
-QPlainTextEdit* pane(const char* name, const char* spoken, QWidget* parent) {
-    auto* text = named(new QPlainTextEdit(parent), QString::fromLatin1(name), QString::fromUtf8(spoken));
+QPlainTextEdit* pane(QPlainTextEdit* text, const char* name, const char* spoken) {
+    named(text, QString::fromLatin1(name), QString::fromUtf8(spoken));
     text->setReadOnly(true);
     text->setUndoRedoEnabled(false);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
     text->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     text->setTabChangesFocus(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -62,8 +62,8 @@ Ensamblador::Ensamblador(QWidget* parent)
       file1(pathLabel("file1", "Fichero fuente", this)),
       file2(pathLabel("file2", "Fichero HEX", this)),
       file3(pathLabel("file3", "Fichero de listado", this)),
-      filelst(pane("filelst", "Listado", this)),
-      filehex(pane("filehex", "Informe de errores o registros HEX", this)),
+      filelst(pane(new UnwrappedText(this), "filelst", "Listado")),
+      filehex(pane(new QPlainTextEdit(this), "filehex", "Informe de errores o registros HEX")),
       Label1(new QLabel(this)),
       cerrar(named(new QPushButton(QStringLiteral("&Cerrar"), this), QStringLiteral("cerrar"),
                    QStringLiteral("Cerrar"))) {
@@ -73,7 +73,6 @@ Ensamblador::Ensamblador(QWidget* parent)
     if (parent != nullptr) setWindowIcon(parent->windowIcon());
     filelst->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     filehex->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    filehex->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     new ErrorHighlighter(filehex->document());
     layOut();
     connect(cerrar, &QPushButton::clicked, this, &QDialog::accept);

@@ -20,18 +20,20 @@ constexpr std::chrono::milliseconds servePeriod{40};
 
 WorkProgress::WorkProgress(QWidget* window, const WorkTexts& texts, std::chrono::milliseconds patience)
     : window_(window), texts_(texts), patience_(patience) {
-    since_.start();
+    sinceBegin_.start();
+    sinceServed_.start();
 }
 
 WorkProgress::~WorkProgress() = default;
 
 bool WorkProgress::goesOn(double done) {
     if (dialog_ != nullptr && dialog_->wasCanceled()) return false;
-    if (since_.elapsed() < (dialog_ == nullptr ? patience_ : servePeriod).count()) return true;
-    if (dialog_ == nullptr) makeDialog();
+    const bool impatient = dialog_ == nullptr && sinceBegin_.elapsed() >= patience_.count();
+    if (!impatient && sinceServed_.elapsed() < servePeriod.count()) return true;
+    if (impatient) makeDialog();
     serveEvents(done);
-    since_.restart();
-    return !dialog_->wasCanceled();
+    sinceServed_.restart();
+    return dialog_ == nullptr || !dialog_->wasCanceled();
 }
 
 void WorkProgress::makeDialog() {
@@ -51,15 +53,15 @@ void WorkProgress::makeDialog() {
 }
 
 /// In an event loop of its own, as any dialog has: a run that the command interrupted holds back the paints
-/// of its own loop.
+/// of its own loop. The user's input waits until there is a dialog, which keeps it from the windows.
 void WorkProgress::serveEvents(double done) {
     QEventLoop turn;
     QTimer::singleShot(0, &turn, [this, done, &turn] {
         // Set while it is cancelled, it would show itself again.
-        if (!dialog_->wasCanceled()) dialog_->setValue(static_cast<int>(done * steps));
+        if (dialog_ != nullptr && !dialog_->wasCanceled()) dialog_->setValue(static_cast<int>(done * steps));
         turn.quit();
     });
-    turn.exec();
+    turn.exec(dialog_ == nullptr ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
 }
 
 }  // namespace tavinor

@@ -19,7 +19,8 @@ struct WorkTexts {
 };
 
 /// Lets the user see how far some long work is, and cancel it: once it has taken longer than `patience`, a
-/// modal dialog with "Cancelar" is there as long as this object. Before that, no event is served.
+/// modal dialog with "Cancelar" is there as long as this object. Until then windows are painted and answer
+/// the system, but what the user types or clicks waits.
 class WorkProgress : public WorkObserver {
   public:
     static constexpr std::chrono::milliseconds usualPatience{1000};
@@ -37,7 +38,8 @@ class WorkProgress : public WorkObserver {
     QWidget* window_;
     WorkTexts texts_;
     std::chrono::milliseconds patience_;
-    QElapsedTimer since_;  // the beginning, and later the last time that events were served
+    QElapsedTimer sinceBegin_;
+    QElapsedTimer sinceServed_;
     std::unique_ptr<QProgressDialog> dialog_;
 };
 

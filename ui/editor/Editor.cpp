@@ -122,7 +122,7 @@ void Editor::makeMenus() {
     connectCommand(guardar, &Editor::guardar_Click);
     connectCommand(guardarcomo, &Editor::guardarcomo_Click);
     connect(Salir, &QAction::triggered, this, &QWidget::close);
-    connect(Cortar, &QAction::triggered, texto, &QPlainTextEdit::cut);
+    connect(Cortar, &QAction::triggered, texto, &SourceEdit::cut);
     connect(Copiar, &QAction::triggered, texto, &QPlainTextEdit::copy);
     connect(Pegar, &QAction::triggered, texto, &QPlainTextEdit::paste);
     connectCommand(Buscar, &Editor::Buscar_Click);

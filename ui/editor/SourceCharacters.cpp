@@ -1,5 +1,6 @@
 #include "ui/editor/SourceCharacters.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tavinor {
@@ -26,8 +27,10 @@ QChar sourceCharacter(QChar c) {
 }  // namespace
 
 /// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
-/// feels.
+/// feels. A text that needs nothing of it is not copied.
 QString sourceCharacters(QString text) {
+    const auto stays = [](QChar c) { return c == sourceCharacter(c); };
+    if (std::all_of(text.cbegin(), text.cend(), stays)) return text;
     QChar* end = text.begin();
     QChar previous;
     for (const QChar c : std::as_const(text)) {

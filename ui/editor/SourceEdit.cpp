@@ -1,9 +1,12 @@
 #include "ui/editor/SourceEdit.h"
 
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDragEnterEvent>
+#include <QDragLeaveEvent>
 #include <QDropEvent>
 #include <QFontMetricsF>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -18,7 +21,9 @@
 
 #include "ui/common/FileDrops.h"
 #include "ui/common/Fonts.h"
+#include "ui/common/MemoryGuard.h"
 #include "ui/common/Naming.h"
+#include "ui/editor/EditKeys.h"
 #include "ui/editor/SourceCharacters.h"
 #include "ui/editor/SourceLimits.h"
 
@@ -29,41 +34,19 @@ namespace {
 constexpr int tabColumns = 8;
 /// Qt takes it for this on some platforms only.
 constexpr QKeyCombination redoKey = Qt::ControlModifier | Qt::Key_Y;
-// What comes in between two paints, whichever is reached first.
-constexpr qsizetype pieceSize = qsizetype{512} * 1024;  // characters
-constexpr int pieceLines = 32'000;
 
 /// Inside Qt a line ends in a paragraph separator.
 QString withLineFeeds(QString text) {
     return text.replace(QChar(QChar::ParagraphSeparator), QChar(QChar::LineFeed));
 }
 
-bool isModifier(int key) {
-    return key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_AltGr || key == Qt::Key_Shift ||
-           key == Qt::Key_Meta;
-}
-
-/// Whether the event may change the text, or depends on where it ends. The beginning of a menu's key does
-/// not.
-bool needsWholeText(const QEvent& event) {
-    switch (event.type()) {
-        case QEvent::KeyPress: return !isModifier(static_cast<const QKeyEvent&>(event).key());
-        case QEvent::InputMethod:
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::ContextMenu: return true;
-        default: return false;
-    }
-}
-
 }  // namespace
 
 SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent)
-    : QPlainTextEdit(parent) {
+    : UnwrappedText(parent), largeEdits_(this) {
     named(this, name, accessibleName);
     useFont(this, fixedFont);
     setTabStops();
-    setLineWrapMode(QPlainTextEdit::NoWrap);
     setFrameShape(QFrame::NoFrame);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -72,6 +55,7 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     connect(document(), &QTextDocument::contentsChange, this,
             [this](int position, int /*removed*/, int added) { noteAdded(position, added); });
     connect(this, &QPlainTextEdit::textChanged, this, &SourceEdit::noteEdit);
+    connect(&largeEdits_, &LargeEdits::memoryOut, this, [this] { emit refused(memoryOutText()); });
 }
 
 /// Keys, input methods and assistive tools put characters into the text on ways of their own.
@@ -105,7 +89,7 @@ void SourceEdit::replaceForeign() {
 /// text.
 void SourceEdit::noteEdit() {
     if (settingSource_) return;
-    if (document()->isEmpty()) arriving_.truncate(arrived_);
+    if (document()->isEmpty()) arriving_.drop();
     replaceForeign();
     emit edited();
 }
@@ -117,14 +101,15 @@ QString SourceEdit::source() {
 }
 
 void SourceEdit::setSource(const QString& text) {
-    arriving_ = sourceCharacters(text);
-    arrived_ = 0;
+    largeEdits_.forget();
+    returning_.reset();
+    arriving_ = TextPieces(sourceCharacters(text));
     const QScopedValueRollback setting(settingSource_, true);
-    setPlainText(nextPiece());
+    setPlainText(arriving_.next());
     // A piece must not become a step of undo; until the last one has come there is nothing to undo.
     setUndoRedoEnabled(false);
     filling_.start(0, this);
-    if (arrived_ == arriving_.size()) fill();
+    if (arriving_.areAllTaken()) fill();
 }
 
 SourceEdit::Place SourceEdit::placeOf(int position) const {
@@ -140,57 +125,55 @@ int SourceEdit::positionOf(const Place& place) const {
 }
 
 void SourceEdit::setSourceInPlace(const QString& text) {
-    const Place anchor = placeOf(textCursor().anchor());
-    const Place caret = placeOf(textCursor().position());
-    const int row = verticalScrollBar()->value();
-    const int left = horizontalScrollBar()->value();
+    const View view =
+        returning_.value_or(View{placeOf(textCursor().anchor()), placeOf(textCursor().position()),
+                                 verticalScrollBar()->value(), horizontalScrollBar()->value()});
     setSource(text);
-    fill();
+    returning_ = view;
+    returnToView();
+}
+
+/// As soon as all of its lines are there.
+void SourceEdit::returnToView() {
+    if (!returning_) return;
+    const int last = std::max(
+        {returning_->anchor.line, returning_->caret.line, returning_->row + verticalScrollBar()->pageStep()});
+    if (isFilling() && blockCount() <= last + 1) return;
+    const View view = *std::exchange(returning_, std::nullopt);
     QTextCursor cursor(document());
-    cursor.setPosition(positionOf(anchor));
-    cursor.setPosition(positionOf(caret), QTextCursor::KeepAnchor);
+    cursor.setPosition(positionOf(view.anchor));
+    cursor.setPosition(positionOf(view.caret), QTextCursor::KeepAnchor);
     setTextCursor(cursor);
-    verticalScrollBar()->setValue(row);
-    horizontalScrollBar()->setValue(left);
+    verticalScrollBar()->setValue(view.row);
+    horizontalScrollBar()->setValue(view.left);
 }
 
 void SourceEdit::handOut(const std::function<void(const QString&)>& take) const {
     for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next()) {
         take(block.next().isValid() ? block.text() + '\n' : block.text());
     }
-    if (!isFilling()) return;
-    for (qsizetype start = arrived_; start < arriving_.size();) {
-        const qsizetype lineEnd = arriving_.indexOf('\n', start);
-        const qsizetype end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
-        take(arriving_.mid(start, end - start));
-        start = end;
-    }
-}
-
-/// Whole lines, so that no two pieces share one.
-QString SourceEdit::nextPiece() {
-    qsizetype end = arrived_;
-    for (int lines = 0; end < arriving_.size() && end - arrived_ < pieceSize && lines < pieceLines; ++lines) {
-        const qsizetype lineEnd = arriving_.indexOf('\n', end);
-        end = lineEnd < 0 ? arriving_.size() : lineEnd + 1;
-    }
-    return arriving_.mid(std::exchange(arrived_, end), end - arrived_);
+    arriving_.handOut(take);
 }
 
 void SourceEdit::addPiece() {
     const QScopedValueRollback setting(settingSource_, true);
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
-    end.insertText(nextPiece());
+    end.insertText(arriving_.next());
 }
 
+/// The window is served meanwhile; what the user does then waits.
 void SourceEdit::fill() {
+    largeEdits_.finish();
     if (!isFilling()) return;
-    while (arrived_ < arriving_.size()) addPiece();
+    while (!arriving_.areAllTaken()) {
+        addPiece();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
     filling_.stop();
-    arriving_.clear();
-    arrived_ = 0;
+    arriving_.drop();
     setUndoRedoEnabled(true);
+    returnToView();
 }
 
 void SourceEdit::timerEvent(QTimerEvent* event) {
@@ -199,7 +182,8 @@ void SourceEdit::timerEvent(QTimerEvent* event) {
         return;
     }
     addPiece();
-    if (arrived_ == arriving_.size()) fill();
+    returnToView();
+    if (arriving_.areAllTaken()) fill();
 }
 
 bool SourceEdit::viewportEvent(QEvent* event) {
@@ -211,40 +195,71 @@ void SourceEdit::insertFromMimeData(const QMimeData* source) {
     if (!source->hasText()) return;
     fill();
     const QString text = sourceCharacters(source->text());
-    const QString refusal = dropping_ ? QString() : whyNot(text, textCursor());
-    if (!refusal.isEmpty()) {
-        emit refused(refusal);
-        return;
+    if (!dropping_ && !accepts(text, textCursor())) return;
+    if (LargeEdits::isLarge(text) || LargeEdits::isLarge(textCursor())) {
+        largeEdits_.replace(textCursor(), textCursor(), text);
+    } else {
+        insertPlainText(text);
     }
-    insertPlainText(text);
     ensureCursorVisible();
 }
 
 /// Refused before Qt takes away what is only being moved.
 void SourceEdit::dropEvent(QDropEvent* event) {
     fill();
-    const QPoint place = event->position().toPoint();
-    const QString refusal = whyNot(sourceCharacters(event->mimeData()->text()), cursorForPosition(place));
-    if (!refusal.isEmpty()) {
+    const QTextCursor place = cursorForPosition(event->position().toPoint());
+    const QString text = sourceCharacters(event->mimeData()->text());
+    if (!accepts(text, place)) {
         event->ignore();
-        emit refused(refusal);
+        return;
+    }
+    if (LargeEdits::isLarge(text)) {
+        dropLarge(event, place, text);
         return;
     }
     const QScopedValueRollback dropping(dropping_, true);
     QPlainTextEdit::dropEvent(event);
 }
 
-/// Why `text` cannot take the place of what `cursor` selects; empty when it can.
-QString SourceEdit::whyNot(const QString& text, const QTextCursor& cursor) const {
-    const QTextBlock first = document()->findBlock(cursor.selectionStart());
-    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
-    const QString before = first.text().left(cursor.selectionStart() - first.position());
-    const QString behind = last.text().mid(cursor.selectionEnd() - last.position());
-    SourceExtent extent = extentOf(before + text + behind);
-    extent.lines += blockCount() - 1 - (last.blockNumber() - first.blockNumber());
-    extent.size =
-        document()->characterCount() - 1 - (cursor.selectionEnd() - cursor.selectionStart()) + text.size();
-    return whyTooLarge(extent);
+/// Done when the drag is over: the program that the text comes from waits for that. Qt shows where a drop
+/// would go until the mouse leaves.
+void SourceEdit::dropLarge(QDropEvent* event, const QTextCursor& place, const QString& text) {
+    QDragLeaveEvent leave;
+    dragLeaveEvent(&leave);
+    event->acceptProposedAction();
+    const bool moved = event->source() == viewport() && event->dropAction() == Qt::MoveAction;
+    const auto drop = [this, moved, place, text] {
+        fill();
+        largeEdits_.replace(moved ? textCursor() : place, place, text);
+    };
+    QMetaObject::invokeMethod(this, drop, Qt::QueuedConnection);
+}
+
+/// False when `text` cannot take the place of what `cursor` selects; the user is told why.
+bool SourceEdit::accepts(const QString& text, const QTextCursor& cursor) {
+    const QString reason = whyTooLarge(extentWith(text, cursor));
+    if (!reason.isEmpty()) emit refused(reason);
+    return reason.isEmpty();
+}
+
+void SourceEdit::cut() {
+    fill();
+    if (!LargeEdits::isLarge(textCursor())) {
+        QPlainTextEdit::cut();
+        return;
+    }
+    copy();
+    largeEdits_.removeSelection();
+}
+
+void SourceEdit::undo() {
+    fill();
+    largeEdits_.undo();
+}
+
+void SourceEdit::redo() {
+    fill();
+    largeEdits_.redo();
 }
 
 void SourceEdit::select(qsizetype start, qsizetype length) {
@@ -275,13 +290,38 @@ void SourceEdit::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::InsertLineSeparator)) {
         QKeyEvent enter(event->type(), Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"),
                         event->isAutoRepeat());
-        QPlainTextEdit::keyPressEvent(&enter);
-    } else if (event->keyCombination() == redoKey) {
+        takeKey(&enter);
+    } else if (event->keyCombination() == redoKey || event->matches(QKeySequence::Redo)) {
         redo();
+    } else if (event->matches(QKeySequence::Undo)) {
+        undo();
     } else if (!belongsToMenus(*event)) {
-        QPlainTextEdit::keyPressEvent(event);
+        takeKey(event);
     }
     emit touched();
+}
+
+void SourceEdit::takeKey(QKeyEvent* event) {
+    const bool large = LargeEdits::isLarge(textCursor());
+    if (large && event->matches(QKeySequence::Cut)) {
+        cut();
+    } else if (large && removesSelection(*event)) {
+        largeEdits_.removeSelection();
+    } else if (large && replacesSelection(*event)) {
+        largeEdits_.removeSelection([this, event] { QPlainTextEdit::keyPressEvent(event); });
+    } else {
+        QPlainTextEdit::keyPressEvent(event);
+    }
+}
+
+void SourceEdit::inputMethodEvent(QInputMethodEvent* event) {
+    const auto compose = [this, event] { QPlainTextEdit::inputMethodEvent(event); };
+    const bool writes = !event->commitString().isEmpty() || !event->preeditString().isEmpty();
+    if (writes && LargeEdits::isLarge(textCursor())) {
+        largeEdits_.removeSelection(compose);
+    } else {
+        compose();
+    }
 }
 
 void SourceEdit::mouseMoveEvent(QMouseEvent* event) {
@@ -304,15 +344,29 @@ void SourceEdit::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 /// Qt's menu, without the promise that Ctrl+A selects all: here it opens a file. It names the key to redo
-/// with that is the same everywhere.
+/// with that is the same everywhere, and its commands are those of the box.
 void SourceEdit::contextMenuEvent(QContextMenuEvent* event) {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
+    const auto withKey = [](const QAction& action, const QString& key) {
+        return action.text().section('\t', 0, 0) + key;
+    };
     if (auto* selectAll = menu->findChild<QAction*>(QStringLiteral("select-all"))) {
-        selectAll->setText(selectAll->text().section('\t', 0, 0));
+        selectAll->setText(withKey(*selectAll, {}));
     }
-    if (auto* again = menu->findChild<QAction*>(QStringLiteral("edit-redo"))) {
-        again->setText(again->text().section('\t', 0, 0) + '\t' +
-                       QKeySequence(redoKey).toString(QKeySequence::NativeText));
+    const auto redirect = [&menu, this](const char* name, auto command) {
+        auto* action = menu->findChild<QAction*>(QString::fromLatin1(name));
+        if (action == nullptr) return action;
+        disconnect(action, &QAction::triggered, nullptr, nullptr);
+        connect(action, &QAction::triggered, this, command, Qt::QueuedConnection);  // the menu has gone then
+        return action;
+    };
+    redirect("edit-undo", &SourceEdit::undo);
+    if (QAction* again = redirect("edit-redo", &SourceEdit::redo)) {
+        again->setText(withKey(*again, '\t' + QKeySequence(redoKey).toString(QKeySequence::NativeText)));
+    }
+    if (LargeEdits::isLarge(textCursor())) {
+        redirect("edit-cut", &SourceEdit::cut);
+        redirect("edit-delete", [this] { largeEdits_.removeSelection(); });
     }
     menu->exec(event->globalPos());
 }

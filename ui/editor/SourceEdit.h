@@ -3,9 +3,14 @@
 #include <QBasicTimer>
 #include <QKeySequence>
 #include <QList>
-#include <QPlainTextEdit>
 #include <QString>
+#include <chrono>
 #include <functional>
+#include <optional>
+
+#include "ui/common/UnwrappedText.h"
+#include "ui/editor/LargeEdits.h"
+#include "ui/editor/TextPieces.h"
 
 namespace tavinor {
 
@@ -13,7 +18,7 @@ namespace tavinor {
 /// one character. Qt takes a microsecond or more for each line, so a long text is in view at once
 /// and comes in by pieces while nothing else is going on; whoever types, clicks or reads finds all of it
 /// there.
-class SourceEdit : public QPlainTextEdit {
+class SourceEdit : public UnwrappedText {
     Q_OBJECT
 
   public:
@@ -42,17 +47,26 @@ class SourceEdit : public QPlainTextEdit {
     /// Keys that the menus act on also while the text has the focus, whatever the text box does with them.
     void leaveToMenus(const QList<QKeySequence>& keys) { menuKeys_ = keys; }
 
+    /// How long a change of the text may take before it shows how far it is.
+    void setPatience(std::chrono::milliseconds patience) { largeEdits_.setPatience(patience); }
+
+    // In place of the box's own, which would not answer for seconds where much is to be done.
+    void cut();
+    void undo();
+    void redo();
+
   signals:
     /// The box got the focus, a key was pressed in it, the mouse moved over it, or its selection changed.
     void touched();
     /// The user changed the text.
     void edited();
-    /// What was pasted or dropped is too large, for the reason given. Nothing has changed.
+    /// A change is too large, for the reason given. Nothing has changed.
     void refused(const QString& reason);
 
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -71,21 +85,32 @@ class SourceEdit : public QPlainTextEdit {
         int column;
     };
 
+    /// What the user sees of the text, and where the next key goes.
+    struct View {
+        Place anchor;
+        Place caret;
+        int row;   ///< Of the vertical scroll bar.
+        int left;  ///< Of the horizontal one.
+    };
+
     [[nodiscard]] Place placeOf(int position) const;
     [[nodiscard]] int positionOf(const Place& place) const;
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
     void noteAdded(int position, int added);
     void replaceForeign();
     void noteEdit();
-    [[nodiscard]] QString whyNot(const QString& text, const QTextCursor& cursor) const;
+    void takeKey(QKeyEvent* event);
+    void dropLarge(QDropEvent* event, const QTextCursor& place, const QString& text);
+    bool accepts(const QString& text, const QTextCursor& cursor);
     void setTabStops();
-    QString nextPiece();
     void addPiece();
     void fill();
+    void returnToView();
 
-    QString arriving_;            ///< The text that is coming in by pieces.
-    qsizetype arrived_ = 0;       ///< How much of it has come.
-    QBasicTimer filling_;         ///< Runs until all of it has.
+    TextPieces arriving_;            ///< The text that is coming in.
+    QBasicTimer filling_;            ///< Runs until all of it has come.
+    std::optional<View> returning_;  ///< What is to be seen again when enough of it has.
+    LargeEdits largeEdits_;
     bool settingSource_ = false;  ///< A change of the text is none of the user's.
     bool dropping_ = false;       ///< Looked at already.
     QList<int> foreign_;          ///< Where characters came that do not belong into a source.

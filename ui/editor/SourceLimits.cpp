@@ -1,20 +1,50 @@
 #include "ui/editor/SourceLimits.h"
 
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <algorithm>
 
 namespace tavinor {
 
 SourceExtent extentOf(QStringView text) {
     SourceExtent extent{.size = text.size(), .lines = 0, .longestLine = 0};
-    qsizetype start = 0;
-    while (start < text.size()) {
-        const qsizetype found = text.indexOf(u'\n', start);
-        const qsizetype end = found < 0 ? text.size() : found;
-        extent.longestLine = std::max(extent.longestLine, end - start);
+    const QChar* start = text.begin();
+    for (const QChar* c = text.begin(); c != text.end(); ++c) {
+        if (*c != u'\n') continue;
+        extent.longestLine = std::max<qsizetype>(extent.longestLine, c - start);
         ++extent.lines;
-        start = end + 1;
+        start = c + 1;
     }
+    if (start == text.end()) return extent;
+    ++extent.lines;
+    extent.longestLine = std::max<qsizetype>(extent.longestLine, text.end() - start);
     return extent;
+}
+
+SourceExtent extentWith(QStringView text, const QTextCursor& cursor) {
+    const QTextDocument& document = *cursor.document();
+    const QTextBlock first = document.findBlock(cursor.selectionStart());
+    const QTextBlock last = document.findBlock(cursor.selectionEnd());
+    const qsizetype before = cursor.selectionStart() - first.position();
+    const qsizetype behind = last.position() + last.length() - 1 - cursor.selectionEnd();
+    const qsizetype lineEnd = text.indexOf(u'\n');
+    const qsizetype ofFirst = lineEnd < 0 ? text.size() : lineEnd;
+    const qsizetype ofLast = text.size() - 1 - text.lastIndexOf(u'\n');
+    const SourceExtent all = extentOf(text);
+    const qsizetype kept = document.blockCount() - (last.blockNumber() - first.blockNumber());
+    return {.size = document.characterCount() - 1 - (cursor.selectionEnd() - cursor.selectionStart()) +
+                    text.size(),
+            .lines = kept + all.lines - (ofLast == 0 ? 0 : 1),
+            .longestLine = lineEnd < 0 ? before + text.size() + behind
+                                       : std::max({all.longestLine, before + ofFirst, ofLast + behind})};
+}
+
+std::uint64_t memoryOf(const SourceExtent& extent) {
+    constexpr std::uint64_t ofALine = 200;
+    constexpr std::uint64_t ofACharacter = 9;
+    return static_cast<std::uint64_t>(extent.lines) * ofALine +
+           static_cast<std::uint64_t>(extent.size) * ofACharacter;
 }
 
 QString whyTooLarge(const SourceExtent& extent) {

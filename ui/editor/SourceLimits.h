@@ -2,6 +2,9 @@
 
 #include <QString>
 #include <QStringView>
+#include <cstdint>
+
+class QTextCursor;
 
 /// How much the editor takes, from a file, the clipboard or a drop.
 namespace tavinor {
@@ -21,6 +24,13 @@ struct SourceExtent {
 
 /// Of a text whose lines end in LF.
 SourceExtent extentOf(QStringView text);
+/// Of the cursor's document when `text` has taken the place of what is selected. Of the lines, only those
+/// that change are looked at for the longest.
+SourceExtent extentWith(QStringView text, const QTextCursor& cursor);
+
+/// The bytes that the text box takes for so much text, its history included: measured at the limits, with
+/// lines of 0, 32 and 100,000 characters.
+std::uint64_t memoryOf(const SourceExtent& extent);
 
 /// What the user is told when that is more than the editor takes; empty when it is not.
 QString whyTooLarge(const SourceExtent& extent);

@@ -7,6 +7,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <QTimer>
 
 #include "tests/support/Dragging.h"
@@ -123,6 +125,17 @@ class SourceEditTest : public QObject {
         QCOMPARE(f.shown(), QString("xHLT\n"));
         pressKey(&f.box, Qt::Key_Y, Qt::ControlModifier);
         QCOMPARE(f.shown(), QString("xHLT\n"));
+    }
+
+    /// Qt would throw away the layout of the lines in view, and of all others.
+    void anotherWidthChangesNoLine() {
+        Fixture f;
+        f.setLongText();
+        f.waitForAll();
+        const QTextBlock line = f.box.document()->firstBlock();
+        QTRY_COMPARE(line.layout()->lineCount(), 1);
+        f.box.resize(f.box.width() + 100, f.box.height());
+        QCOMPARE(line.layout()->lineCount(), 1);
     }
 
     void theMenuNamesTheKeyToRedo() {
@@ -304,6 +317,25 @@ class SourceEditTest : public QObject {
         f.waitForAll();
         QCOMPARE(f.shown(), QString("HLT\n"));
         QCOMPARE(f.box.source(), QString("HLT\n"));
+    }
+
+    void anotherVersionComesByPiecesToTheSamePlace() {
+        Fixture f;
+        f.box.setSource(longText());
+        QCOMPARE(f.box.source(), longText());
+        f.box.select(longText().indexOf("40000"), 5);
+        const int row = f.box.verticalScrollBar()->value();
+        QVERIFY(row > 39'000);
+        f.box.setSourceInPlace("; nuevo\n" + longText());
+        QVERIFY(f.box.isFilling());
+        QVERIFY(f.box.blockCount() < 40'000);
+        f.waitForAll();
+        QCOMPARE(f.shown(), "; nuevo\n" + longText());
+        QCOMPARE(f.box.verticalScrollBar()->value(), row);
+        QCOMPARE(f.box.textCursor().block().text().left(12), QString("\tMVI A,39999"));
+        f.box.setSourceInPlace(longText());
+        pressKey(&f.box, Qt::Key_Delete);  // the rest comes, and the place is the same
+        QCOMPARE(f.shown(), longText().replace("A,40000", "A,"));
     }
 
     void anotherTextTakesThePlaceOfOneThatIsComing() {
