@@ -15,6 +15,7 @@
 #include <string>
 
 #include "assembler/window/Ensamblador.h"
+#include "benchmarks/Heartbeat.h"
 #include "benchmarks/Sources.h"
 #include "ui/common/Translations.h"
 
@@ -48,18 +49,6 @@ class PaintWatcher : public QObject {
     int paints_ = 0;
 };
 
-/// A line of the process's status, as the system says it.
-long statusKilobytes(const char* name) {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly)) return 0;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith(name)) {
-            return line.mid(line.indexOf(':') + 1).trimmed().split(' ').first().toLong();
-        }
-    }
-    return 0;
-}
-
 /// The outcome is there, no box is in front, and the listing file has been written.
 bool finished(const QWidget& window) {
     return QApplication::activeModalWidget() == &window &&
@@ -77,6 +66,7 @@ void measure(const QString& source) {
     {
         Ensamblador window(nullptr);
         PaintWatcher paints(window.findChild<QPlainTextEdit*>("filelst")->viewport());
+        const benchmarks::Heartbeat heartbeat;
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, &window, [&] {
             dismissBox();
@@ -84,8 +74,10 @@ void measure(const QString& source) {
             std::printf("panes filled, files written  %7lld ms\n", static_cast<long long>(timer.elapsed()));
             std::printf("paints meanwhile             %7d, the longest time without one %lld ms\n",
                         paints.paints(), static_cast<long long>(paints.longestGap()));
+            std::printf("longest without an event     %7lld ms\n",
+                        static_cast<long long>(heartbeat.longestPause()));
             std::printf("memory                       %7ld MB, at most %ld MB\n",
-                        statusKilobytes("VmRSS") / 1024, statusKilobytes("VmHWM") / 1024);
+                        benchmarks::statusMegabytes("VmRSS"), benchmarks::statusMegabytes("VmHWM"));
             poll.stop();
             timer.start();
             window.findChild<QPushButton*>("cerrar")->click();

@@ -1,7 +1,9 @@
 // The editor with a file of 10 MB: how long until its beginning is in view and until all of it is there, how
-// long the window does not answer meanwhile, and what a key costs.
+// long the window does not answer meanwhile, and what a key costs. Then the same for changes of two million
+// lines at once.
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
@@ -16,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "benchmarks/Heartbeat.h"
 #include "ui/common/Translations.h"
 #include "ui/editor/Editor.h"
 #include "ui/editor/SourceEdit.h"
@@ -52,6 +55,34 @@ QString sourceOf10Megabytes(const QTemporaryDir& folder) {
     return path;
 }
 
+/// Does something with the text and says how long the window took, and how long it did not answer meanwhile.
+template <typename Action>
+void time(const char* what, const Action& action) {
+    QElapsedTimer timer;
+    timer.start();
+    const benchmarks::Heartbeat heartbeat;
+    action();
+    QCoreApplication::processEvents();
+    std::printf("%-21s %6lld ms, the longest time without an event %lld ms, memory at most %ld MB\n", what,
+                static_cast<long long>(timer.elapsed()), static_cast<long long>(heartbeat.longestPause()),
+                benchmarks::statusMegabytes("VmHWM"));
+}
+
+/// As many lines, and as many characters, as the editor takes.
+void changeTwoMillionLines(SourceEdit* text) {
+    text->setSource({});
+    QApplication::clipboard()->setText(QString(32, 'x').append('\n').repeated(2'000'000));
+    const auto press = [text](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        return [=] { QTest::keyClick(text, key, modifiers); };
+    };
+    time("pasting 2,000,000", [text] { text->paste(); });
+    time("undoing it", press(Qt::Key_Z, Qt::ControlModifier));
+    time("redoing it", press(Qt::Key_Y, Qt::ControlModifier));
+    text->selectAll();
+    time("deleting it", press(Qt::Key_Delete, Qt::NoModifier));
+    time("undoing that", press(Qt::Key_Z, Qt::ControlModifier));
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -83,6 +114,7 @@ int main(int argc, char* argv[]) {
     }
     std::printf("a key                 %6.2f ms with its painting\n",
                 static_cast<double>(timer.elapsed()) / keys);
+    changeTwoMillionLines(text);
     std::fflush(stdout);
     std::_Exit(0);  // the text has changed: closing would ask
 }
