@@ -71,7 +71,12 @@ bool ReplacedFile::write(std::string_view bytes) {
 }
 
 bool ReplacedFile::commit() {
-    if (inPlace_) return rewrite(file_, contents_) && file_.close();
+    WorkObserver patient;
+    return commit(patient);
+}
+
+bool ReplacedFile::commit(WorkObserver& observer) {
+    if (inPlace_) return rewrite(file_, contents_, observer) && file_.close();
     const bool safe = file_.flush();
     if (!file_.close() || !safe) return false;
     std::error_code error;

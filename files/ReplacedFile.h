@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "files/File.h"
+#include "files/WorkObserver.h"
 
 namespace tavinor {
 
@@ -26,7 +27,11 @@ class ReplacedFile {
 
     [[nodiscard]] bool created() const { return file_.isOpen(); }
     bool write(std::string_view bytes);
-    /// Puts the file in its place. Only to be called when every `write` has succeeded.
+    /// Waits until what was written is safe from a power failure, so that `commit` takes the less time.
+    bool flush() { return inPlace_ || file_.flush(); }
+    /// Puts the file in its place. Only to be called when every `write` has succeeded. Where that takes long,
+    /// `observer` can end it. @throws Cancelled
+    bool commit(WorkObserver& observer);
     bool commit();
 
   private:

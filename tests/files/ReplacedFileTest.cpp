@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 
+#include "tests/support/Canceller.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/OddFiles.h"
 #include "tests/support/OrdinaryUser.h"
@@ -179,6 +180,24 @@ TEST_F(Replacing, NothingOnAFullDiskUnderAllItsNames) {
             EXPECT_FALSE(replace(path_, std::string(20'000, 'n')));
         }
         EXPECT_EQ(bytesOf(path_), old);
+    }
+}
+
+TEST_F(Replacing, NothingThatIsCancelledUnderAllItsNames) {
+    constexpr std::size_t mebibyte = 1024 * 1024;
+    for (const std::size_t oldSize : {std::size_t{3}, mebibyte + 5, 4 * mebibyte}) {
+        for (const int reports : {1, 2, 3}) {
+            const std::string old(oldSize, 'o');
+            folder_.write("prog.HEX", old);
+            fs::remove(folder_.path() / "second");
+            fs::create_hard_link(path_, folder_.path() / "second");
+            Canceller canceller(reports);
+            ReplacedFile file(path_);
+            EXPECT_TRUE(file.write(std::string(3 * mebibyte - 1, 'n')));
+            EXPECT_THROW(file.commit(canceller), Cancelled);
+            EXPECT_TRUE(canceller.sane());
+            EXPECT_TRUE(bytesOf(path_) == old);
+        }
     }
 }
 

@@ -42,6 +42,10 @@ QString nameWithoutFolder(const QString& path) {
 #endif
 }
 
+WorkTexts saveTexts() {
+    return {QStringLiteral("Guardando el fichero..."), QStringLiteral("Parte guardada")};
+}
+
 QString whyNotRead(const SourceFile& file) {
     return file.state == SourceFile::State::tooLarge ? file.text : QStringLiteral("Error abriendo fichero");
 }
@@ -318,27 +322,45 @@ void Editor::clearText() {
 
 bool Editor::write(const QString& path) {
     const QScopedValueRollback<bool> busy(busyWithFile_, true);
-    const QString text = texto->source() + '\n';
-    TextEncoding encoding = encoding_;
-    if (!canEncodeSource(text, encoding)) {
-        const bool unicode =
-            askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
-                                          "codificación del fichero (Windows-1252)\r\n"
-                                          "¿Desea guardarlo en UTF-8?"));
-        if (!unicode) return false;
-        encoding = TextEncoding::utf8;
+    try {
+        return writeText(path);
+    } catch (const Cancelled&) {
+        return false;
     }
-    const std::optional<std::string> written = writeSource(path, text, encoding);
+}
+
+bool Editor::writeText(const QString& path) {
+    const QString text = texto->source() + '\n';
+    const int revision = texto->document()->revision();
+    const std::optional<TextEncoding> encoding = encodingFor(text);
+    if (!encoding) return false;
+    std::optional<std::string> written;
+    {
+        WorkProgress progress(this, saveTexts(), patience_);
+        written = writeSource(path, text, *encoding, progress);
+    }
     if (!written) {
         showMessage(this, QStringLiteral("Error guardando fichero"));
         return false;
     }
-    changed_ = false;
-    encoding_ = encoding;
+    changed_ = texto->document()->revision() != revision;  // a tool may have written meanwhile
+    encoding_ = *encoding;
     copyIsOurs_ = false;
     known_.noteWritten(*written);
     RescueCopy(path).remove();
     return true;
+}
+
+std::optional<TextEncoding> Editor::encodingFor(const QString& text) {
+    const bool possible = [&] {
+        WorkProgress progress(this, saveTexts(), patience_);
+        return canEncodeSource(text, encoding_, progress);
+    }();
+    if (possible) return encoding_;
+    const bool unicode = askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
+                                                       "codificación del fichero (Windows-1252)\r\n"
+                                                       "¿Desea guardarlo en UTF-8?"));
+    return unicode ? std::optional(TextEncoding::utf8) : std::nullopt;
 }
 
 /// Where it fails there is nothing left to try.

@@ -3,7 +3,10 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QString>
+#include <chrono>
+#include <optional>
 
+#include "ui/common/WorkProgress.h"
 #include "ui/editor/KnownContents.h"
 #include "ui/editor/SourceFile.h"
 
@@ -33,6 +36,8 @@ class Editor : public QMainWindow {
     void openDropped(const QString& path, QWidget* principal);
     /// Closes the editor as any close does. False when it stays open: the text has not been saved.
     bool mayClose() { return close(); }
+    /// How long saving may take before it shows how far it is.
+    void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
     /// Leaves the text, if it has not been saved and has a name, beside the file of that name. A copy of
     /// another text that is there keeps its contents, under another name. Only reads what the editor holds:
     /// the program may be ending in the middle of anything.
@@ -67,7 +72,12 @@ class Editor : public QMainWindow {
     bool mayOverwrite();
     void showCaption();
     void clearText();
+    /// False when the text was not saved: an error, or the user has cancelled it. Then the old file is as it
+    /// was, and the text is changed as before.
     bool write(const QString& path);
+    bool writeText(const QString& path);
+    /// The encoding that a text is saved in; nothing when the user does not want it to be another one.
+    std::optional<TextEncoding> encodingFor(const QString& text);
     /// The window that questions belong to.
     [[nodiscard]] QWidget* front();
 
@@ -85,6 +95,7 @@ class Editor : public QMainWindow {
     bool busyWithFile_ = false;  // reading or saving, maybe asking about it
     bool suppressLoad_ = false;
     bool copyIsOurs_ = false;  // the rescue copy that is there holds what this text was before
+    std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
 };
 
 }  // namespace tavinor

@@ -1,12 +1,11 @@
 #include "ui/editor/RescueCopy.h"
 
-#include <cstddef>
 #include <filesystem>
-#include <string>
 #include <system_error>
 
 #include "files/ReplacedFile.h"
 #include "ui/common/Paths.h"
+#include "ui/editor/SourceEncoder.h"
 
 namespace tavinor {
 
@@ -14,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t chunkSize = std::size_t{64} * 1024;
+constexpr qsizetype chunkSize = qsizetype{64} * 1024;  // characters
 
 bool canEncodeAll(const RescueCopy::Text& text, TextEncoding encoding) {
     bool all = true;
@@ -22,17 +21,13 @@ bool canEncodeAll(const RescueCopy::Text& text, TextEncoding encoding) {
     return all;
 }
 
-/// Writes pieces of a text, with CR LF for every LF, as one text in one encoding.
+/// Writes a text that comes line by line.
 class Writer {
   public:
-    Writer(ReplacedFile& file, TextEncoding encoding)
-        : file_(file), encoding_(encoding), markSize_(encode({}, encoding).size()) {}
+    Writer(ReplacedFile& file, TextEncoding encoding) : file_(file), encoder_(encoding) {}
 
-    void add(const QString& piece) {
-        for (const char c : piece.toStdString()) {
-            if (c == '\n') chunk_ += '\r';
-            chunk_ += c;
-        }
+    void add(const QString& line) {
+        chunk_ += line;
         if (chunk_.size() >= chunkSize) write();
     }
 
@@ -43,19 +38,14 @@ class Writer {
     }
 
   private:
-    /// Each chunk is encoded as a text of its own, but only the first one begins with the mark.
     void write() {
-        const std::string bytes = encode(chunk_, encoding_);
+        good_ = good_ && file_.write(encoder_.encode(chunk_));
         chunk_.clear();
-        good_ = good_ && file_.write(std::string_view(bytes).substr(first_ ? 0 : markSize_));
-        first_ = false;
     }
 
     ReplacedFile& file_;
-    TextEncoding encoding_;
-    std::size_t markSize_;
-    std::string chunk_;
-    bool first_ = true;
+    SourceEncoder encoder_;
+    QString chunk_;
     bool good_ = true;
 };
 

@@ -2,8 +2,6 @@
 
 #include <QFileInfo>
 #include <QStringConverter>
-#include <algorithm>
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,23 +10,13 @@
 #include "files/ReplacedFile.h"
 #include "ui/common/Paths.h"
 #include "ui/editor/SourceCharacters.h"
+#include "ui/editor/SourceEncoder.h"
 #include "ui/editor/SourceLimits.h"
+#include "ui/editor/TextPieces.h"
 
 namespace tavinor {
 
 namespace {
-
-/// One pass: replacing in place moves the rest of the text again and again, which a source of a million lines
-/// feels.
-std::string withLineEndPairs(const std::string& text) {
-    std::string pairs;
-    pairs.reserve(text.size() + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
-    for (const char c : text) {
-        if (c == '\n') pairs += '\r';
-        pairs += c;
-    }
-    return pairs;
-}
 
 /// The core has skipped the byte-order mark; another one behind it belongs to the text.
 QString fromUtf8(const std::string& text) {
@@ -60,14 +48,30 @@ SourceFile readSource(const QString& path) {
     return reason.isEmpty() ? SourceFile{} : tooLarge(reason);
 }
 
-bool canEncodeSource(const QString& text, TextEncoding encoding) {
-    return canEncode(text.toStdString(), encoding);
+bool canEncodeSource(const QString& text, TextEncoding encoding, WorkObserver& observer) {
+    if (encoding != TextEncoding::windows1252) return true;
+    for (TextPieces pieces(text); !pieces.areAllTaken();) {
+        if (!canEncode(pieces.next().toStdString(), encoding)) return false;
+        observer.report(0);
+    }
+    return true;
 }
 
-std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding) {
-    std::string bytes = encode(withLineEndPairs(text.toStdString()), encoding);
+/// What has been written is brought to the disk now and then: all of it together would take long, and could
+/// not be cancelled.
+std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding,
+                                       WorkObserver& observer) {
     ReplacedFile file(toPath(path));
-    if (!file.write(bytes) || !file.commit()) return std::nullopt;
+    SourceEncoder encoder(encoding);
+    std::string bytes;
+    for (TextPieces pieces(text); !pieces.areAllTaken();) {
+        observer.report(1 - static_cast<double>(pieces.left()) / static_cast<double>(text.size()));
+        const std::string piece = encoder.encode(pieces.next());
+        if (!file.write(piece) || !file.flush()) return std::nullopt;
+        bytes += piece;
+    }
+    observer.report(1);
+    if (!file.commit(observer)) return std::nullopt;
     return bytes;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "assembler/TextEncoding.h"
+#include "files/WorkObserver.h"
 
 /// Source files on disk: how their bytes become Qt's text and go back. The encodings themselves are
 /// the assembler's.
@@ -29,11 +30,14 @@ SourceFile decodeSource(const std::string& bytes);
 SourceFile readSource(const QString& path);
 
 /// Whether every character of `text` exists in `encoding`.
-bool canEncodeSource(const QString& text, TextEncoding encoding);
+/// @throws Cancelled by `observer`
+bool canEncodeSource(const QString& text, TextEncoding encoding, WorkObserver& observer);
 
 /// Replaces the file by `text`, with every LF written as CR LF, and returns its bytes. The file is whole at
 /// every moment: the old one or the new one. It keeps its permissions, and a symbolic link keeps pointing to
-/// it. Nothing when it could not be saved; then the old file is as it was.
-std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding);
+/// it. Nothing when it could not be saved; then the old file is as it was, as when `observer` ends it.
+/// @throws Cancelled
+std::optional<std::string> writeSource(const QString& path, const QString& text, TextEncoding encoding,
+                                       WorkObserver& observer);
 
 }  // namespace tavinor

@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTest>
 #include <optional>
 
@@ -84,6 +86,32 @@ class EditorFilesTest : public QObject {
         typeText(&f.editor, "HLT");
         pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
         QCOMPARE(f.get("new.asm"), QByteArray("HLT\r\n"));
+    }
+
+    void aCancelledSaveKeepsTheOldFileAndTheChange() {
+        EditorFixture f;
+        f.editor.setPatience(std::chrono::milliseconds(0));
+        QVERIFY(f.open(f.put("prog.asm", "HLT\r\n")));
+        typeText(&f.editor, "X");
+        {
+            DialogAnswerer dialogs;
+            dialogs.expectWindow("progreso", [&f](QWidget* dialog) {
+                QVERIFY(dialog->isModal());
+                QCOMPARE(dialog->parentWidget(), &f.editor);
+                QCOMPARE(qobject_cast<QProgressDialog*>(dialog)->labelText(),
+                         QString("Guardando el fichero..."));
+                clickIn(dialog->findChild<QPushButton*>());
+            });
+            pressKey(&f.editor, Qt::Key_G, Qt::ControlModifier);
+            QCOMPARE(dialogs.count(), 1);  // no box
+        }
+        QCOMPARE(f.get("prog.asm"), QByteArray("HLT\r\n"));
+        QCOMPARE(QDir(f.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("prog.asm"));
+        DialogAnswerer dialogs;
+        dialogs.expectQuestion(" prog.asm ha cambiado\r\n¿Desea guardarlo?", yesNo | QMessageBox::Cancel,
+                               QMessageBox::Yes);
+        QVERIFY(f.editor.close());  // its progress is left alone
+        QCOMPARE(f.get("prog.asm").left(4), QByteArray("XHLT"));
     }
 
     void aMissingFileThatIsNotWantedLeavesNoName() {

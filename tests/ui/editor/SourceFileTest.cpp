@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "tests/support/Canceller.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/OddFiles.h"
 #include "ui/common/Paths.h"
@@ -33,6 +34,7 @@ class SourceFileTest : public QObject {
 
   private:
     QTemporaryDir folder_;
+    WorkObserver patient_;
     [[nodiscard]] QString path(const QString& name) const { return folder_.filePath(name); }
 
   private slots:
@@ -95,16 +97,16 @@ class SourceFileTest : public QObject {
         }
         const SourceFile file = decodeSource(all.toStdString());
         QCOMPARE(file.encoding, TextEncoding::windows1252);
-        QVERIFY(canEncodeSource(file.text, file.encoding));
-        QVERIFY(writeSource(path("all"), file.text, file.encoding));
+        QVERIFY(canEncodeSource(file.text, file.encoding, patient_));
+        QVERIFY(writeSource(path("all"), file.text, file.encoding, patient_));
         QCOMPARE(bytesOf(path("all")), all);
     }
 
     void knowsWhatTheOldEncodingLacks() {
-        QVERIFY(canEncodeSource("año € “x”", TextEncoding::windows1252));
-        QVERIFY(!canEncodeSource("Ω", TextEncoding::windows1252));
-        QVERIFY(!canEncodeSource("\U0001F600", TextEncoding::windows1252));
-        QVERIFY(canEncodeSource("Ω\U0001F600", TextEncoding::utf8));
+        QVERIFY(canEncodeSource("año € “x”", TextEncoding::windows1252, patient_));
+        QVERIFY(!canEncodeSource("Ω", TextEncoding::windows1252, patient_));
+        QVERIFY(!canEncodeSource("\U0001F600", TextEncoding::windows1252, patient_));
+        QVERIFY(canEncodeSource("Ω\U0001F600", TextEncoding::utf8, patient_));
     }
 
     void readsNothingButFiles() {
@@ -129,8 +131,8 @@ class SourceFileTest : public QObject {
         put(path("a.asm"), bytes);
         const SourceFile file = readSource(path("a.asm"));
         QCOMPARE(file.text, QString("ñ\n"));
-        QVERIFY(canEncodeSource(file.text, file.encoding));
-        QVERIFY(writeSource(path("a.asm"), file.text, file.encoding));
+        QVERIFY(canEncodeSource(file.text, file.encoding, patient_));
+        QVERIFY(writeSource(path("a.asm"), file.text, file.encoding, patient_));
         QCOMPARE(bytesOf(path("a.asm")), bytes);
     }
 
@@ -171,9 +173,9 @@ class SourceFileTest : public QObject {
     }
 
     void writesLineEndsAsPairs() {
-        QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", TextEncoding::utf8));
+        QVERIFY(writeSource(path("a.asm"), "uno\n\ndos ñ\n", TextEncoding::utf8, patient_));
         QCOMPARE(bytesOf(path("a.asm")), QByteArray("uno\r\n\r\ndos \xC3\xB1\r\n"));
-        QVERIFY(writeSource(path("a.asm"), "ñ\n", TextEncoding::windows1252));
+        QVERIFY(writeSource(path("a.asm"), "ñ\n", TextEncoding::windows1252, patient_));
         QCOMPARE(bytesOf(path("a.asm")), QByteArray("\xF1\r\n"));
     }
 
@@ -182,7 +184,7 @@ class SourceFileTest : public QObject {
         const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path("p.asm"), permissions));
         const auto before = QFile::permissions(path("p.asm"));
-        QVERIFY(writeSource(path("p.asm"), "y", TextEncoding::utf8));
+        QVERIFY(writeSource(path("p.asm"), "y", TextEncoding::utf8, patient_));
         QCOMPARE(QFile::permissions(path("p.asm")), before);
     }
 
@@ -190,7 +192,7 @@ class SourceFileTest : public QObject {
         put(path("real.asm"), "x");
         QVERIFY(QFile::link("real.asm", path("link.asm")));
         QVERIFY(QFile::link("link.asm", path("second.asm")));
-        QVERIFY(writeSource(path("second.asm"), "y", TextEncoding::utf8));
+        QVERIFY(writeSource(path("second.asm"), "y", TextEncoding::utf8, patient_));
         QVERIFY(QFileInfo(path("second.asm")).isSymLink());
         QVERIFY(QFileInfo(path("link.asm")).isSymLink());
         QCOMPARE(bytesOf(path("real.asm")), QByteArray("y"));
@@ -199,21 +201,48 @@ class SourceFileTest : public QObject {
     void writesUnderAllNamesOfAFile() {
         put(path("one.asm"), "x");
         std::filesystem::create_hard_link(toPath(path("one.asm")), toPath(path("two.asm")));
-        QVERIFY(writeSource(path("two.asm"), "y\n", TextEncoding::utf8));
+        QVERIFY(writeSource(path("two.asm"), "y\n", TextEncoding::utf8, patient_));
         QCOMPARE(bytesOf(path("one.asm")), QByteArray("y\r\n"));
     }
 
+    void aCancelledSaveLeavesTheOldFile_data() {
+        QTest::addColumn<bool>("twoNames");
+        QTest::newRow("replaced") << false;
+        QTest::newRow("rewritten in place") << true;
+    }
+    void aCancelledSaveLeavesTheOldFile() {
+        QFETCH(const bool, twoNames);
+        put(path("c.asm"), "old");
+        if (twoNames) std::filesystem::create_hard_link(toPath(path("c.asm")), toPath(path("d.asm")));
+        const QStringList before = QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden);
+        const QString text = QString(1023, 'x').append('\n').repeated(2048);
+        int reports = 1;
+        for (;; ++reports) {
+            Canceller canceller(reports);
+            try {
+                QVERIFY(writeSource(path("c.asm"), text, TextEncoding::utf8, canceller));
+                break;
+            } catch (const Cancelled&) {
+                QVERIFY(canceller.sane());
+                QCOMPARE(bytesOf(path("c.asm")), QByteArray("old"));
+                QCOMPARE(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), before);
+            }
+        }
+        QVERIFY(reports > 4);
+        QCOMPARE(bytesOf(path("c.asm")).size(), text.size() + 2048);
+    }
+
     void leavesOtherThingsAlone() {
-        QVERIFY(!writeSource(folder_.path(), "y", TextEncoding::utf8));
-        QVERIFY(!writeSource("/dev/null", "y", TextEncoding::utf8));
+        QVERIFY(!writeSource(folder_.path(), "y", TextEncoding::utf8, patient_));
+        QVERIFY(!writeSource("/dev/null", "y", TextEncoding::utf8, patient_));
         QVERIFY(!QFileInfo("/dev/null").isFile());
-        QVERIFY(!writeSource(path("no/such/folder.asm"), "y", TextEncoding::utf8));
+        QVERIFY(!writeSource(path("no/such/folder.asm"), "y", TextEncoding::utf8, patient_));
     }
 
     void whatIsNoFileIsNeitherReadNorWritten() {
-        test::OddFiles().each([](const std::string& what, const std::filesystem::path& odd) {
+        test::OddFiles().each([this](const std::string& what, const std::filesystem::path& odd) {
             QVERIFY2(readSource(fromPath(odd)).state == SourceFile::State::failed, what.c_str());
-            QVERIFY2(!writeSource(fromPath(odd), "y", TextEncoding::utf8), what.c_str());
+            QVERIFY2(!writeSource(fromPath(odd), "y", TextEncoding::utf8, patient_), what.c_str());
         });
     }
 
@@ -229,7 +258,7 @@ class SourceFileTest : public QObject {
         put(path("old.asm"), "old");
         const QStringList before = QDir(folder_.path()).entryList();
         std::optional<test::FileSizeLimit> fullDisk(4096);
-        const auto saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8);
+        const auto saved = writeSource(path("old.asm"), QString(size, 'x'), TextEncoding::utf8, patient_);
         fullDisk.reset();
         QVERIFY(!saved);
         QCOMPARE(bytesOf(path("old.asm")), QByteArray("old"));
