@@ -1,21 +1,19 @@
-// The trace: how fast rows are recorded, what they cost in memory, how long it takes to look at them
-// anywhere, to clear them and to save them.
-
-#include <unistd.h>
+// The trace: how fast a simulation runs that records it, what that holds, how long it takes to look at rows
+// anywhere, to clear them, and to go back.
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <memory>
 #include <string>
+#include <vector>
 
-#include "benchmarks/PlainHost.h"
 #include "benchmarks/Programs.h"
-#include "machine/Stepper.h"
-#include "ui/trace/TraceRecorder.h"
-#include "ui/trace/TraceText.h"
+#include "simulation/Simulation.h"
+#include "simulation/WayBack.h"
+#include "trace/TraceReader.h"
+#include "trace/TraceText.h"
 
 using namespace tavinor;
 
@@ -27,18 +25,11 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// Bytes of memory that the process has in use.
-double residentBytes() {
-    std::ifstream statm("/proc/self/statm");
-    double total = 0;
-    double resident = 0;
-    statm >> total >> resident;
-    return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
-
-ShownBoxes shown(const MachineState& machine) {
-    return {machine, machine.mem[static_cast<std::size_t>(machine.HL)]};
-}
+/// No program here has a HLT.
+class NoHalts final : public HaltHandler {
+    void haltComes() override {}
+    void halt() override { std::abort(); }
+};
 
 std::vector<benchmarks::Program> tracedPrograms() {
     std::vector<benchmarks::Program> programs = benchmarks::endlessPrograms();
@@ -74,58 +65,55 @@ std::vector<benchmarks::Program> tracedPrograms() {
     return programs;
 }
 
-/// Memory that no predictor can guess; the ports stay 00.
-void fillMemory(MachineState& machine) {
+void load(Simulation& simulation, const benchmarks::Program& program) {
     std::uint32_t seed = 12345;
-    for (int i = 0; i < memorySize; ++i) {
+    for (std::int32_t address = 0; address < memorySize; ++address) {
         seed = seed * 1664525 + 1013904223;
-        machine.mem[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(seed >> 24);
+        simulation.writeMemory(address, static_cast<int>(seed >> 24));
     }
+    std::int32_t next = 0;
+    for (const std::uint8_t byte : program.bytes) simulation.writeMemory(next++, byte);
+    simulation.refresh();
+    simulation.clearTrace();
 }
 
-void record(TraceRecorder& recorder, MachineState& machine, Host& host, std::uint64_t rows) {
-    for (std::uint64_t i = 0; i < rows; ++i) {
-        recorder.listainstru(machine, shown(machine));
-        EjecutaPASO(machine, host);
-        machine.PC &= 0xFFFF;
-        recorder.listareg(shown(machine));
+void record(Simulation& simulation, std::uint64_t rows) {
+    constexpr std::uint64_t slice = 4096;
+    for (std::uint64_t done = 0; done < rows;) {
+        const auto most = static_cast<std::int64_t>(std::min(slice, rows - done));
+        done += static_cast<std::uint64_t>(simulation.run(most, nullptr));
     }
 }
 
 /// The best of several rounds: what else the computer does only ever slows one down.
 void measureRecording(const benchmarks::Program& program, std::uint64_t rows) {
     constexpr std::uint64_t rounds = 10;
-    const auto machine = std::make_unique<MachineState>();
-    fillMemory(*machine);
-    benchmarks::place(program, *machine);
-    benchmarks::PlainHost host(*machine);
-    TraceRecorder recorder;
-    record(recorder, *machine, host, 200'000);  // fixed costs
-    const double before = residentBytes();
+    NoHalts noHalts;
+    Simulation simulation(noHalts);
+    load(simulation, program);
     double best = 0;
     for (std::uint64_t round = 0; round < rounds; ++round) {
         const auto start = Clock::now();
         const std::uint64_t part = rows / rounds;
-        record(recorder, *machine, host, part);
+        record(simulation, part);
         best = std::max(best, static_cast<double>(part) / secondsSince(start));
     }
-    std::printf("%-24s %6.1f million rows a second, %8.4f bytes a row\n", program.name, best / 1e6,
-                (residentBytes() - before) / static_cast<double>(rows));
+    std::printf("%-24s %6.1f million rows a second, %6.2f MiB held\n", program.name, best / 1e6,
+                static_cast<double>(simulation.history().checkpoints().bytes()) / (1024 * 1024));
 }
 
 void measureReading(std::uint64_t rows) {
-    const auto machine = std::make_unique<MachineState>();
-    fillMemory(*machine);
-    benchmarks::place(tracedPrograms().back(), *machine);
-    benchmarks::PlainHost host(*machine);
-    TraceRecorder recorder;
-    record(recorder, *machine, host, rows);
+    NoHalts noHalts;
+    Simulation simulation(noHalts);
+    load(simulation, tracedPrograms().back());
+    record(simulation, rows);
+    TraceReader reader(simulation.trace());
     double slowest = 0;
     std::string text;
     for (std::uint64_t i = 0; i < 100; ++i) {
         const std::uint64_t first = i * 7919 * 104729 % (rows - 50);
         const auto start = Clock::now();
-        recorder.store().read(first, 50, [&text](const TraceRow& row, const RowTexts* texts) {
+        reader.read(first, 50, [&text](const TraceRow& row, const RowTexts* texts) {
             text.clear();
             appendLine(text, row, texts);
         });
@@ -133,8 +121,30 @@ void measureReading(std::uint64_t rows) {
     }
     std::printf("50 rows anywhere         %6.2f ms at the most\n", slowest * 1e3);
     const auto start = Clock::now();
-    recorder.clear();
+    simulation.clearTrace();
     std::printf("clearing                 %6.2f ms\n", secondsSince(start) * 1e3);
+}
+
+/// One step back after the other, with all that the window asks for; then back to where nothing stops it.
+void measureWaysBack(std::uint64_t rows) {
+    NoHalts noHalts;
+    Simulation simulation(noHalts);
+    load(simulation, tracedPrograms().back());
+    record(simulation, rows);
+    double slowest = 0;
+    for (int i = 0; i < 100; ++i) {
+        const auto start = Clock::now();
+        simulation.goBack(WayBack(simulation).oneStep());
+        slowest = std::max(slowest, secondsSince(start));
+    }
+    std::printf("a step back              %6.2f ms at the most\n", slowest * 1e3);
+    simulation.toggleBreakpoint(3);  // only the beginning was there
+    WorkObserver unobserved;
+    const auto start = Clock::now();
+    static_cast<void>(WayBack(simulation).toBreakpoint(unobserved));
+    const double seconds = secondsSince(start);
+    std::printf("back to a breakpoint     %6.2f s for %.0f million instructions\n", seconds,
+                static_cast<double>(rows) / 1e6);
 }
 
 }  // namespace
@@ -144,4 +154,5 @@ int main(int argc, char* argv[]) {
     const std::uint64_t rows = 1'000'000 * std::strtoull(argc > 1 ? argv[1] : "20", nullptr, 10);
     for (const benchmarks::Program& program : tracedPrograms()) measureRecording(program, rows);
     measureReading(rows);
+    measureWaysBack(rows);
 }

@@ -14,11 +14,12 @@
 #include <cstdlib>
 
 #include "benchmarks/IdleLoop.h"
+#include "trace/TraceFile.h"
+#include "ui/common/Paths.h"
 #include "ui/common/Translations.h"
 #include "ui/common/WorkProgress.h"
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"
-#include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceView.h"
 
 using namespace tavinor;
@@ -56,14 +57,14 @@ void load(Principal& principal) {
 
 void measureRun(const char* name, Principal& principal, double idleRate) {
     auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
-    const TraceStore& store = traceWindow()->recorder().store();
-    const std::uint64_t before = store.size();
+    const Trace& rows = principal.trace();
+    const std::uint64_t before = rows.size();
     QTimer::singleShot(runMilliseconds, run, &QAbstractButton::click);
     QElapsedTimer timer;
     timer.start();
     run->click();  // returns when the run has been stopped
     const double rate =
-        static_cast<double>(store.size() - before) * 1000.0 / static_cast<double>(timer.elapsed());
+        static_cast<double>(rows.size() - before) * 1000.0 / static_cast<double>(timer.elapsed());
     std::printf("%-28s %6.1f million instructions a second, %.1f times the empty loop\n", name, rate / 1e6,
                 rate / idleRate);
 }
@@ -80,24 +81,24 @@ void measureAction(const char* name, TraceView* view, Action action) {
 
 void runUntil(Principal& principal, std::uint64_t rows) {
     auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
-    const TraceStore& store = traceWindow()->recorder().store();
+    const Trace& trace = principal.trace();
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, run, [&] {
-        if (store.size() >= rows && watch.isActive()) {
+        if (trace.size() >= rows && watch.isActive()) {
             watch.stop();
             run->click();
         }
     });
     watch.start(10);
-    if (store.size() < rows) run->click();
+    if (trace.size() < rows) run->click();
 }
 
-void measureSaving(Listapasos& trace) {
+void measureSaving(const Trace& trace, QWidget& window) {
     const QString path = QStringLiteral("/dev/shm/tavinor-trace-benchmark.txt");
     QElapsedTimer timer;
     timer.start();
-    TraceFile file(trace.recorder().store(), path);
-    WorkProgress progress(&trace, {QStringLiteral("Guardando el listado..."), {}});
+    TraceFile file(trace, toPath(path));
+    WorkProgress progress(&window, {QStringLiteral("Guardando el listado..."), {}});
     bool saved = file.open();
     while (saved && !file.finished()) saved = progress.goesOn(file.fractionWritten()) && file.writeMore();
     saved = file.close() && saved;
@@ -128,9 +129,10 @@ int main(int argc, char* argv[]) {
     measureRun("run, trace open", principal, idleRate);
     trace->hide();
     runUntil(principal, rows);
+    const History& history = principal.trace().history();
     std::printf(
-        "%-28s %6.1f million, %.4f bytes each\n", "rows", static_cast<double>(view->rowCount()) / 1e6,
-        static_cast<double>(trace->recorder().store().heldBytes()) / static_cast<double>(view->rowCount()));
+        "%-28s %6.1f million, %.2f MiB held\n", "rows", static_cast<double>(view->rowCount()) / 1e6,
+        static_cast<double>(history.checkpoints().bytes() + history.bytesOfChanges()) / (1024 * 1024));
     measureAction("opening", view, [&] {
         trace->open();
         QCoreApplication::processEvents();
@@ -138,7 +140,7 @@ int main(int argc, char* argv[]) {
     measureAction("to the beginning", view, [&] { view->setCurrent({0, 0}, false); });
     measureAction("to the middle", view, [&] { view->setCurrent({view->rowCount() / 2, 0}, false); });
     measureAction("to the end", view, [&] { view->setCurrent({view->rowCount() - 1, 0}, false); });
-    if (view->rowCount() <= mostRowsToSave) measureSaving(*trace);
+    if (view->rowCount() <= mostRowsToSave) measureSaving(principal.trace(), *trace);
     measureAction("clearing", view, [&] { trace->findChild<QAction*>("borrar")->trigger(); });
     return 0;
 }

@@ -42,8 +42,8 @@ void Checkpoints::begin(const Moment& moment) {
 void Checkpoints::add(const Position& at, const Moment& moment) {
     if (points_.contains(at)) return;
     const Pages* before = points_.empty() ? nullptr : &pointBefore(at)->second.pages;
-    points_.emplace(at,
-                    Point{Processor(moment.machine), moment.counters, Pages(pool_, moment.machine, before)});
+    points_.emplace(at, Point{Processor(moment.machine), moment.counters, moment.shownM,
+                              Pages(pool_, moment.machine, before)});
     if (tooLarge(8)) thinOut();
 }
 
@@ -63,6 +63,7 @@ void Checkpoints::restoreBefore(const Position& at, Moment& moment) const {
     moment.machine.synmem();
     point.processor.putInto(moment.machine);
     moment.counters = point.counters;
+    moment.shownM = point.shownM;
 }
 
 std::size_t Checkpoints::bytes() const {

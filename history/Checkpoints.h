@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 
 #include "history/Moment.h"
@@ -47,6 +48,10 @@ class Checkpoints {
     [[nodiscard]] bool empty() const { return points_.empty(); }
     /// The position of the newest one at `at` or before it. There has to be one.
     [[nodiscard]] Position positionBefore(const Position& at) const { return pointBefore(at)->first; }
+    /// The position of the newest one before `at`, which is not the beginning.
+    [[nodiscard]] Position positionStrictlyBefore(const Position& at) const {
+        return std::prev(points_.lower_bound(at))->first;
+    }
     /// The machine at that one; its pairs and mirror cells agree.
     void restoreBefore(const Position& at, Moment& moment) const;
 
@@ -82,6 +87,7 @@ class Checkpoints {
     struct Point {
         Processor processor;
         Counters counters;
+        std::uint8_t shownM;
         Pages pages;
     };
     using Points = std::map<Position, Point>;

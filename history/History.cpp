@@ -11,6 +11,11 @@ namespace {
 /// A page with more changed cells than this is kept as a whole.
 constexpr std::size_t mostCellsOfAPage = 32;
 
+/// A reset sets the counters to 0; else they only grow.
+bool begunAnew(const Counters& before, const Counters& now) {
+    return now.instructions < before.instructions || now.tStates < before.tStates;
+}
+
 }  // namespace
 
 History::History(const Moment& now, std::size_t mostBytes) : checkpoints_(mostBytes) {
@@ -38,21 +43,31 @@ void History::executed(std::int64_t count, const Moment& now) {
     if (instructions_ % Checkpoints::densest == 0) keep(end(), now);
 }
 
-bool History::changed(const Moment& before, const Moment& now, Kind kind) {
+bool History::changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind) {
     if (!recording_) return false;
     const std::size_t firstCell = cells_.size();
     const std::size_t firstPage = pages_.size();
     try {
-        noteCells(before, now);
-        const Change change{.instructions = instructions_,
-                            .counters = now.counters,
-                            .processor = Processor(now.machine),
-                            .kind = kind,
-                            .firstCell = static_cast<std::uint32_t>(firstCell),
-                            .firstPage = static_cast<std::uint32_t>(firstPage)};
-        const bool same = change.processor == Processor(before.machine) && now.counters == before.counters &&
-                          cells_.size() == firstCell && pages_.size() == firstPage;
-        if (!same) changes_.push_back(change);
+        const bool sameCells = !noteCells(before, now, touched);
+        const bool anew = begunAnew(before.counters, now.counters);
+        const Counters base = anew ? Counters{} : before.counters;
+        const Change change{
+            .instructions = instructions_,
+            .counters = {static_cast<std::int32_t>(now.counters.instructions - base.instructions),
+                         static_cast<std::int32_t>(now.counters.tStates - base.tStates)},
+            .processor = Processor(now.machine),
+            .kind = kind,
+            .countersAnew = anew,
+            .shownM = now.shownM,
+            .firstCell = static_cast<std::uint32_t>(firstCell),
+            .firstPage = static_cast<std::uint32_t>(firstPage)};
+        const bool same = sameCells && change.processor == Processor(before.machine) &&
+                          now.counters == before.counters && now.shownM == before.shownM;
+        if (same) {
+            dropCellsFrom(firstCell, firstPage);
+        } else {
+            changes_.push_back(change);
+        }
         return !same;
     } catch (const std::bad_alloc&) {
         dropCellsFrom(firstCell, firstPage);
@@ -61,23 +76,30 @@ bool History::changed(const Moment& before, const Moment& now, Kind kind) {
     }
 }
 
-void History::noteCells(const Moment& before, const Moment& now) {
+/// True when one of them has another byte now.
+bool History::noteCells(const Moment& before, const Moment& now, const TouchedCells& touched) {
+    bool changed = false;
     for (std::uint16_t page = 0; page < cellPages; ++page) {
-        const std::uint8_t* was = bytesOf(before.machine, page);
+        if (!touched.page(page)) continue;
         const std::uint8_t* is = bytesOf(now.machine, page);
-        if (std::memcmp(was, is, pageSize) == 0) continue;
-        std::size_t different = 0;
-        for (std::size_t i = 0; i < pageSize; ++i) different += was[i] != is[i] ? 1U : 0U;
-        if (different > mostCellsOfAPage) {
-            pages_.push_back({.number = page, .bytes = {}});
-            std::copy_n(is, pageSize, pages_.back().bytes.begin());
-        } else {
-            for (std::size_t i = 0; i < pageSize; ++i) {
-                if (was[i] == is[i]) continue;
-                const std::size_t address = page == portPage ? i : page * pageSize + i;
-                cells_.push_back({static_cast<std::uint16_t>(address), is[i], page == portPage});
-            }
-        }
+        changed = changed || std::memcmp(bytesOf(before.machine, page), is, pageSize) != 0;
+        noteCellsOf(page, is, touched);
+    }
+    return changed;
+}
+
+void History::noteCellsOf(std::uint16_t page, const std::uint8_t* now, const TouchedCells& touched) {
+    std::bitset<pageSize> written;
+    for (std::size_t i = 0; i < pageSize; ++i) written[i] = touched.cell(page, i);
+    if (written.count() > mostCellsOfAPage) {
+        pages_.push_back({.number = page, .bytes = {}, .written = written});
+        std::copy_n(now, pageSize, pages_.back().bytes.begin());
+        return;
+    }
+    for (std::size_t i = 0; i < pageSize; ++i) {
+        if (!written[i]) continue;
+        const std::size_t address = page == portPage ? i : page * pageSize + i;
+        cells_.push_back({static_cast<std::uint16_t>(address), now[i], page == portPage});
     }
 }
 
@@ -106,7 +128,10 @@ void History::apply(std::uint64_t index, Moment& moment) const {
     }
     m.synmem();
     change.processor.putInto(m);
-    moment.counters = change.counters;
+    if (change.countersAnew) moment.counters = {};
+    moment.counters.instructions += change.counters.instructions;
+    moment.counters.tStates += change.counters.tStates;
+    moment.shownM = change.shownM;
 }
 
 void History::cutBehind(const Position& last) {
@@ -120,17 +145,45 @@ void History::cutBehind(const Position& last) {
     checkpoints_.cutBehind(last);
 }
 
+bool History::endsGroup(const Position& at) const {
+    return at.changes > 0 && changes_[at.changes - 1].instructions == at.instructions &&
+           changes_[at.changes - 1].kind == Kind::outside;
+}
+
 Position History::beforeNewest() const {
-    Position at = end();
-    const auto newestIsChange = [&] {
-        return at.changes > 0 && changes_[at.changes - 1].instructions == at.instructions;
-    };
-    if (newestIsChange()) {
-        --at.changes;
-        if (changes_[at.changes].kind == Kind::outside) return at;
-    }
-    --at.instructions;
+    const Position at = end();
+    const bool newestIsChange = at.changes > 0 && changes_[at.changes - 1].instructions == at.instructions;
+    return newestIsChange ? undoneBy(at.changes - 1) : Position{at.instructions - 1, at.changes};
+}
+
+Position History::undoneBy(std::uint64_t index) const {
+    Position at{changes_[index].instructions, index + 1};
+    if (!endsGroup(at)) return {at.instructions - 1, index};
+    while (endsGroup(at)) --at.changes;
     return at;
+}
+
+std::uint64_t History::changesUpTo(std::uint64_t instructions) const {
+    const auto behind = std::partition_point(changes_.begin(), changes_.end(), [&](const Change& change) {
+        return change.instructions <= instructions;
+    });
+    return static_cast<std::uint64_t>(behind - changes_.begin());
+}
+
+bool History::wrote(std::uint64_t index, std::int32_t address) const {
+    const Change& change = changes_[index];
+    const auto first = static_cast<std::ptrdiff_t>(change.firstCell);
+    const auto end = static_cast<std::ptrdiff_t>(endOfCells(index));
+    if (std::any_of(cells_.begin() + first, cells_.begin() + end,
+                    [&](const Cell& cell) { return !cell.port && cell.address == address; })) {
+        return true;
+    }
+    for (std::size_t i = change.firstPage; i < endOfPages(index); ++i) {
+        if (pages_[i].number == address / pageSize) {
+            return pages_[i].written[static_cast<std::size_t>(address % pageSize)];
+        }
+    }
+    return false;
 }
 
 void History::keep(const Position& at, const Moment& moment) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -9,6 +10,7 @@
 
 #include "history/Checkpoints.h"
 #include "history/Moment.h"
+#include "history/TouchedCells.h"
 
 namespace tavinor {
 
@@ -46,14 +48,15 @@ class History {
     [[nodiscard]] std::int64_t untilCheckpoint() const;
     /// `count` instructions, at most `untilCheckpoint()`, have led to `now`.
     void executed(std::int64_t count, const Moment& now);
-    /// Something from outside has led from `before`, which is where the history ends, to `now`. Nothing
-    /// changed is no change. True when it was one.
-    bool changed(const Moment& before, const Moment& now, Kind kind);
+    /// Something from outside has led from `before`, which is where the history ends, to `now`, and has
+    /// written the cells `touched`; every cell that changed is among them. Nothing changed is no change. True
+    /// when it was one.
+    bool changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind);
 
     /// Forgets what came after `last`.
     void cutBehind(const Position& last);
-    /// The position before the newest instruction or change, whichever it is: what one step back leads to.
-    /// There has to be one: `end()` is not the beginning.
+    /// The position before the newest instruction, or before all that was changed after it: what one step
+    /// back leads to. There has to be one: `end()` is not the beginning.
     [[nodiscard]] Position beforeNewest() const;
 
     /// The instructions after which the change number `index` was made.
@@ -61,6 +64,15 @@ class History {
         return changes_[index].instructions;
     }
     [[nodiscard]] Kind kindOf(std::uint64_t index) const { return changes_[index].kind; }
+    /// Where undoing the change number `index` leads to: before all changes of its group, or before the HLT
+    /// that it is the way out of.
+    [[nodiscard]] Position undoneBy(std::uint64_t index) const;
+    /// How many changes were made before the instruction that follows the first `instructions`.
+    [[nodiscard]] std::uint64_t changesUpTo(std::uint64_t instructions) const;
+    /// Whether the user changed something at `at`, after the last instruction before it.
+    [[nodiscard]] bool endsGroup(const Position& at) const;
+    /// Whether the change number `index` wrote the memory cell `address` (0..65535).
+    [[nodiscard]] bool wrote(std::uint64_t index, std::int32_t address) const;
     /// Makes the change number `index` on a machine that stands just before it.
     void apply(std::uint64_t index, Moment& moment) const;
 
@@ -82,17 +94,26 @@ class History {
     struct Page {
         std::uint16_t number;
         std::array<std::uint8_t, pageSize> bytes;
+        std::bitset<pageSize> written;
+    };
+    /// Counters after a change: what they were before and a little more, or little anew.
+    struct CountersChange {
+        std::int32_t instructions;
+        std::int32_t tStates;
     };
     struct Change {
         std::uint64_t instructions;
-        Counters counters;  // afterwards, as all that follows
-        Processor processor;
+        CountersChange counters;
+        Processor processor;  // afterwards, as all that follows
         Kind kind;
+        bool countersAnew;
+        std::uint8_t shownM;
         std::uint32_t firstCell;
         std::uint32_t firstPage;
     };
 
-    void noteCells(const Moment& before, const Moment& now);
+    bool noteCells(const Moment& before, const Moment& now, const TouchedCells& touched);
+    void noteCellsOf(std::uint16_t page, const std::uint8_t* now, const TouchedCells& touched);
     void dropCellsFrom(std::size_t cell, std::size_t page);
     [[nodiscard]] std::size_t endOfCells(std::uint64_t index) const;
     [[nodiscard]] std::size_t endOfPages(std::uint64_t index) const;

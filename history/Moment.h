@@ -16,10 +16,15 @@ struct Counters {
     friend bool operator==(const Counters&, const Counters&) = default;
 };
 
-/// A machine and its counters between two instructions.
+/// A machine, its counters and what is shown of it, between two instructions.
 struct Moment {
     MachineState machine;
     Counters counters;
+    /// What the box M shows: the byte that HL pointed to when the box was brought up to date. Each
+    /// instruction does that; some edits do not.
+    std::uint8_t shownM = 0;
+
+    void showM() noexcept { shownM = machine.mem[static_cast<std::size_t>(machine.HL)]; }
 };
 
 /// What a machine has besides memory and ports, without the cached pairs.

@@ -7,23 +7,6 @@
 
 namespace tavinor {
 
-namespace {
-
-/// Stores what an instruction stores. The way out of a HLT is a change that follows it.
-class ReplayHost final : public Host {
-  public:
-    explicit ReplayHost(MachineState& machine) : m_(machine) {}
-
-    void savmem(std::int32_t dir, std::int32_t dat) override { m_.storeMemory(dir, dat); }
-    void savport(std::int32_t dir, std::int32_t dat) override { m_.storePort(dir, dat); }
-    void halt() override {}
-
-  private:
-    MachineState& m_;
-};
-
-}  // namespace
-
 Replay::Replay(History& history) : history_(history), revision_(history.revision()) {
     restore({});
 }
@@ -38,18 +21,38 @@ bool Replay::seek(const Position& target, std::int64_t most) {
     const bool gone = revision_ != history_.revision() || at_ > target;
     if (gone || at_ < history_.checkpoints().positionBefore(target)) restore(target);
     const std::uint64_t stopAt = executed_ + static_cast<std::uint64_t>(most);
-    while (at_ != target && executed_ < stopAt) {
-        if (changeIsNext(target)) {
-            makeChange();
-        } else {
-            runTowards(target);
-        }
-    }
+    while (at_ != target && executed_ < stopAt) advance(target, *noBreakpoints_);
     return at_ == target;
 }
 
-bool Replay::changeIsNext(const Position& target) const {
-    return at_.changes < target.changes && history_.instructionsBefore(at_.changes) == at_.instructions;
+void Replay::runTo(const Position& target, const Breakpoints& breakpoints) {
+    while (at_ != target) {
+        advance(target, breakpoints);
+        if (atBreakpoint(breakpoints)) return;
+    }
+}
+
+bool Replay::atBreakpoint(const Breakpoints& breakpoints) const {
+    if (breakpoints[static_cast<std::size_t>(moment_->machine.PC)] == 0) return false;
+    return !wayOutIsNext() && !(history_.endsGroup(at_) && changeIsNext());
+}
+
+/// One change, or instructions up to the next one.
+void Replay::advance(const Position& target, const Breakpoints& breakpoints) {
+    if (at_.changes < target.changes && changeIsNext()) {
+        makeChange();
+    } else {
+        runTowards(target, breakpoints);
+    }
+}
+
+bool Replay::changeIsNext() const {
+    return at_.changes < history_.end().changes &&
+           history_.instructionsBefore(at_.changes) == at_.instructions;
+}
+
+bool Replay::wayOutIsNext() const {
+    return changeIsNext() && history_.kindOf(at_.changes) == History::Kind::wayOut;
 }
 
 void Replay::makeChange() {
@@ -58,14 +61,15 @@ void Replay::makeChange() {
 }
 
 /// As far as the next change, the next place for a checkpoint or the target.
-void Replay::runTowards(const Position& target) {
+void Replay::runTowards(const Position& target, const Breakpoints& breakpoints) {
     std::uint64_t end = target.instructions;
     if (at_.changes < target.changes) end = std::min(end, history_.instructionsBefore(at_.changes));
     end = std::min(end, (at_.instructions / Checkpoints::densest + 1) * Checkpoints::densest);
     const BatchLimit limit{static_cast<std::int64_t>(end - at_.instructions)};
-    const BatchResult result = runBatch(moment_->machine, *noBreakpoints_, limit, written_);
+    const BatchResult result = runBatch(moment_->machine, breakpoints, limit, written_);
     moment_->counters.instructions += result.instructions;
     moment_->counters.tStates += result.tStates;
+    moment_->showM();
     at_.instructions += static_cast<std::uint64_t>(result.instructions);
     executed_ += static_cast<std::uint64_t>(result.instructions);
     if (result.end == BatchResult::End::singleStep) stepAlone();
@@ -75,16 +79,17 @@ void Replay::runTowards(const Position& target) {
 /// As the window does it: an instruction that fails has moved PC, counts nothing and ends there.
 bool Replay::stepAlone() {
     MachineState& m = moment_->machine;
-    ReplayHost host(m);
+    storeCount_ = 0;
     bool succeeded = true;
     try {
-        moment_->counters.tStates += EjecutaPASO(m, host);
+        moment_->counters.tStates += EjecutaPASO(m, *this);
         ++moment_->counters.instructions;
     } catch (const RuntimeError&) {
         succeeded = false;
     }
     m.synmem();
     m.PC &= memorySize - 1;
+    moment_->showM();
     ++at_.instructions;
     ++executed_;
     return succeeded;
@@ -92,11 +97,20 @@ bool Replay::stepAlone() {
 
 bool Replay::step() {
     const bool succeeded = stepAlone();
-    const bool wayOut = at_.changes < history_.end().changes &&
-                        history_.instructionsBefore(at_.changes) == at_.instructions &&
-                        history_.kindOf(at_.changes) == History::Kind::wayOut;
-    if (wayOut) makeChange();
+    withWayOut_ = wayOutIsNext();
+    if (withWayOut_) makeChange();
     return succeeded;
+}
+
+void Replay::savmem(std::int32_t dir, std::int32_t dat) {
+    moment_->machine.storeMemory(dir, dat);
+    stores_[storeCount_++] = dir;
+}
+
+bool Replay::stored(std::int32_t address) const {
+    const auto end = stores_.begin() + static_cast<std::ptrdiff_t>(storeCount_);
+    if (std::find(stores_.begin(), end, address) != end) return true;
+    return withWayOut_ && history_.wrote(at_.changes - 1, address);
 }
 
 /// Where the history was thinned out, what lies not far before the target is kept dense again: steps back

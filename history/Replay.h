@@ -1,22 +1,31 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
 
 #include "history/History.h"
+#include "machine/Host.h"
 
 namespace tavinor {
 
 /// A machine of its own that executes a history again, to any position of it. It goes on from where it was
 /// when that is the shortest way. Each reader of a history has one.
-class Replay {
+class Replay final : private Host {
   public:
     explicit Replay(History& history);
 
     /// Goes to `target`, which is a position of the history, but executes at most about `most` instructions
     /// for it. True when it has arrived; else the next call goes on.
     bool seek(const Position& target, std::int64_t most = std::numeric_limits<std::int64_t>::max());
+
+    /// Goes on from where it stands to `target`, which lies behind, or to the first breakpoint before it,
+    /// whichever comes first.
+    void runTo(const Position& target, const Breakpoints& breakpoints);
+    /// Whether PC has a breakpoint, and an instruction or all that was changed after it has led there: not
+    /// within a HLT, and not between two changes.
+    [[nodiscard]] bool atBreakpoint(const Breakpoints& breakpoints) const;
 
     [[nodiscard]] Position at() const { return at_; }
     [[nodiscard]] const MachineState& machine() const { return moment_->machine; }
@@ -25,15 +34,24 @@ class Replay {
     /// Executes the instruction at which it stands: there is one in the history, and no change before it that
     /// has not been made. The way out of a HLT is made with it. False when the instruction failed.
     bool step();
+    /// Whether that stored to the memory cell `address`, the way out included.
+    [[nodiscard]] bool stored(std::int32_t address) const;
 
     /// All the instructions that it has executed.
     [[nodiscard]] std::uint64_t executed() const { return executed_; }
 
   private:
+    // What an instruction stores. The way out of a HLT is a change that follows it.
+    void savmem(std::int32_t dir, std::int32_t dat) override;
+    void savport(std::int32_t dir, std::int32_t dat) override { moment_->machine.storePort(dir, dat); }
+    void halt() override {}
+
     void restore(const Position& target);
-    [[nodiscard]] bool changeIsNext(const Position& target) const;
+    void advance(const Position& target, const Breakpoints& breakpoints);
+    [[nodiscard]] bool changeIsNext() const;
+    [[nodiscard]] bool wayOutIsNext() const;
     void makeChange();
-    void runTowards(const Position& target);
+    void runTowards(const Position& target, const Breakpoints& breakpoints);
     bool stepAlone();
     void leaveCheckpoint(const Position& target);
 
@@ -44,6 +62,11 @@ class Replay {
     Position at_;
     std::uint64_t revision_;
     std::uint64_t executed_ = 0;
+
+    // Of the last instruction that was executed by itself: no instruction stores more than two bytes.
+    std::array<std::int32_t, 2> stores_{};
+    std::size_t storeCount_ = 0;
+    bool withWayOut_ = false;
 };
 
 }  // namespace tavinor

@@ -44,13 +44,14 @@ void acceptRst75(MachineState& m, Host& host) {
     acceptInterrupt(m, host, vector::rst75);
 }
 
-void requestIntr(MachineState& m, Host& host, std::string_view vectorText) {
+int requestIntr(MachineState& m, Host& host, std::string_view vectorText) {
     m.intState.IE = false;
     const std::size_t place = asIndex(m.PC, mirroredMemorySize);
     const std::uint8_t borrowed = m.mem[place];
     m.mem[place] = asByte(dec(vectorText));
-    EjecutaPASO(m, host, Advance::stay);
+    const int states = EjecutaPASO(m, host, Advance::stay);
     m.mem[place] = borrowed;
+    return states;
 }
 
 }  // namespace tavinor

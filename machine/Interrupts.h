@@ -43,6 +43,6 @@ void acceptRst75(MachineState& m, Host& host);
 /// executes once in the place of the byte at PC, with PC left where it is. The borrowed byte is shown
 /// nowhere, and it is put back whatever the instruction wrote there.
 /// @throws RuntimeError overflow when the vector is above 255 (nothing executed), or as the instruction.
-void requestIntr(MachineState& m, Host& host, std::string_view vectorText);
+int requestIntr(MachineState& m, Host& host, std::string_view vectorText);
 
 }  // namespace tavinor

@@ -1,7 +1,7 @@
 # Installs the Debian packages that a script needs. To be sourced.
 
 build_packages=(
-  cmake fonts-dejavu-core g++ libzstd-dev ninja-build pkg-config python3-markdown
+  cmake fonts-dejavu-core g++ ninja-build pkg-config python3-markdown
   qt6-base-dev qt6-l10n-tools qt6-svg-dev qt6-tools-dev qt6-translations-l10n
 )
 

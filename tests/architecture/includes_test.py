@@ -196,7 +196,7 @@ class Rules(unittest.TestCase):
             ("ui/new/Window.cpp", '"ui/common/HexBox.h"'),
             ("tests/machine/AluTest.cpp", "<QString>"),
             ("tests/ui/editor/EditorFixture.h", '"ui/main/Halt.h"'),
-            ("tests/examples/ExamplesTest.cpp", '"ui/trace/TraceRow.h"'),
+            ("tests/examples/ExamplesTest.cpp", '"ui/trace/TraceView.h"'),
         ):
             with self.subTest(source, includes=directive):
                 self.assertTrue(self.refused(source, directive))
@@ -204,13 +204,12 @@ class Rules(unittest.TestCase):
     def test_allowed(self):
         for source, directive in (
             ("machine/Stepper.cpp", "<string_view>"),
-            ("ui/trace/TraceBlock.cpp", "<zstd.h>"),
             ("ui/main/Principal.cpp", '"ui/trace/Listapasos.h"'),
             ("ui/program/Program.h", '"ui/main/Principal.h"'),
             ("tests/ui/main/Simulator.h", '"ui/main/Halt.h"'),
             ("tests/monkey/Answers.cpp", '"ui/main/Halt.h"'),
             ("tests/ui/trace/TracedRunTest.cpp", '"ui/main/Principal.h"'),
-            ("benchmarks/TraceBenchmark.cpp", '"ui/trace/TraceRecorder.h"'),
+            ("benchmarks/TraceBenchmark.cpp", '"trace/TraceReader.h"'),
         ):
             with self.subTest(source, includes=directive):
                 self.assertFalse(self.refused(source, directive))

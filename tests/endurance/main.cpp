@@ -19,7 +19,6 @@
 #include <unistd.h>
 
 #include "ui/main/Principal.h"
-#include "ui/trace/Listapasos.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // the compiler brings no header for it
@@ -62,15 +61,10 @@ struct Memory {
     std::int64_t live = liveBytes();
     std::int64_t resident = residentBytes();
     std::int64_t held;  // by the trace, by its own account
-    explicit Memory(const TraceStore& store) : held(static_cast<std::int64_t>(store.heldBytes())) {}
+    explicit Memory(const Trace& trace)
+        : held(static_cast<std::int64_t>(trace.history().checkpoints().bytes() +
+                                         trace.history().bytesOfChanges() + trace.heldBytes())) {}
 };
-
-const TraceStore& traceStore() {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (auto* trace = qobject_cast<Listapasos*>(window)) return trace->recorder().store();
-    }
-    std::abort();
-}
 
 void load(Principal& principal) {
     const QTemporaryDir folder;
@@ -85,11 +79,11 @@ void load(Principal& principal) {
 }
 
 /// Runs until the trace has so many rows: one an instruction.
-void runUntil(Principal& principal, const TraceStore& store, std::uint64_t rows) {
+void runUntil(Principal& principal, const Trace& trace, std::uint64_t rows) {
     auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, run, [&] {
-        if (store.size() < rows || !watch.isActive()) return;
+        if (trace.size() < rows || !watch.isActive()) return;
         watch.stop();
         run->click();
     });
@@ -105,22 +99,21 @@ int main(int argc, char* argv[]) {
     Principal principal;
     principal.show();
     load(principal);
-    const TraceStore& store = traceStore();
-    runUntil(principal, store, rows / 10);  // by then everything is there that is made but once
-    const std::uint64_t before = store.size();
-    const Memory first(store);
+    const Trace& trace = principal.trace();
+    runUntil(principal, trace, rows / 10);  // by then everything is there that is made but once
+    const std::uint64_t before = trace.size();
+    const Memory first(trace);
     QElapsedTimer timer;
     timer.start();
-    runUntil(principal, store, rows);
+    runUntil(principal, trace, rows);
     const std::vector<char> leak(static_cast<std::size_t>(argc > 2 ? std::atoll(argv[2]) : 0));
-    const Memory last(store);
+    const Memory last(trace);
 
-    const std::uint64_t executed = store.size() - before;
+    const std::uint64_t executed = trace.size() - before;
     const std::int64_t live = last.live - first.live;
     const std::int64_t held = last.held - first.held;
-    // The list of the blocks may have room for as many again.
-    const auto room =
-        static_cast<std::int64_t>(sizeof(TraceBlock) * (store.size() / TraceBlock::capacity + 1));
+    // The pages of the history come by slabs, with room for more than are held.
+    constexpr std::int64_t room = 1024 * 1024;
     std::printf("%llu instructions in %lld s, after %llu to warm up\n",
                 static_cast<unsigned long long>(executed), static_cast<long long>(timer.elapsed() / 1000),
                 static_cast<unsigned long long>(before));

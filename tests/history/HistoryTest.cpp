@@ -18,6 +18,7 @@ namespace {
 void expectEqual(const Moment& actual, const Moment& expected, const Position& at) {
     ASSERT_EQ(differences(actual.machine, expected.machine), "") << at.instructions << ", " << at.changes;
     ASSERT_EQ(actual.counters, expected.counters) << at.instructions << ", " << at.changes;
+    ASSERT_EQ(actual.shownM, expected.shownM) << at.instructions << ", " << at.changes;
 }
 
 /// Goes to every copy, in random order.
@@ -114,13 +115,14 @@ class ShortHistoryTest : public ::testing::Test {
             ++now.counters.instructions;
             now.counters.tStates += states;
         }
+        now.showM();
         history.executed(1, now);
     }
     void edit(std::uint8_t a, History::Kind kind = History::Kind::outside) {
         const auto before = std::make_unique<Moment>(now);
         now.machine.A = a;
         now.machine.recomputePairs();
-        history.changed(*before, now, kind);
+        history.changed(*before, now, {}, kind);
     }
 
     std::unique_ptr<Moment> owned = std::make_unique<Moment>();
@@ -213,7 +215,7 @@ TEST_F(ShortHistoryTest, AStepTakesTheWayOutOfAHaltAndNoOtherChange) {
 }
 
 TEST_F(ShortHistoryTest, NothingChangedIsNoChange) {
-    EXPECT_FALSE(history.changed(now, now, History::Kind::outside));
+    EXPECT_FALSE(history.changed(now, now, {}, History::Kind::outside));
     EXPECT_EQ(history.end(), Position{});
 }
 
@@ -222,7 +224,9 @@ TEST_F(ShortHistoryTest, AChangeTakesNoMoreThan64Bytes) {
     for (int i = 0; i < count; ++i) {
         const auto before = std::make_unique<Moment>(now);
         now.machine.storeMemory(0x2000 + i, 1 + i % 255);
-        ASSERT_TRUE(history.changed(*before, now, History::Kind::outside));
+        TouchedCells touched;
+        touched.markMemory(0x2000 + i);
+        ASSERT_TRUE(history.changed(*before, now, touched, History::Kind::outside));
     }
     EXPECT_LE(history.bytesOfChanges(), std::size_t{64} * count);
 }

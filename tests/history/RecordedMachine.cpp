@@ -42,6 +42,7 @@ void RecordedMachine::runBatchOf(std::int64_t most) {
     const BatchResult result = runBatch(now_->machine, *noBreakpoints_, {limit}, written_);
     now_->counters.instructions += result.instructions;
     now_->counters.tStates += result.tStates;
+    if (result.instructions > 0) now_->showM();
     if (result.instructions > 0) history_.executed(result.instructions, *now_);
     if (result.end == BatchResult::End::singleStep) stepAlone();
 }
@@ -54,6 +55,7 @@ void RecordedMachine::stepAlone() {
     const int error = errorOf([&] { states = EjecutaPASO(m, host); });
     m.synmem();
     m.PC &= 0xFFFF;
+    now_->showM();
     if (error == noError) {
         ++now_->counters.instructions;
         now_->counters.tStates += states;
@@ -62,14 +64,16 @@ void RecordedMachine::stepAlone() {
     if (!halts || any(3) == 0) return;
     const auto before = std::make_unique<Moment>(*now_);
     m.PC = any(0x10000);
+    touched_.clear();
     act();
-    history_.changed(*before, *now_, History::Kind::wayOut);
+    history_.changed(*before, *now_, touched_, History::Kind::wayOut);
 }
 
 void RecordedMachine::changeSomething() {
     const auto before = std::make_unique<Moment>(*now_);
+    touched_.clear();
     for (int acts = 1 + any(3); acts > 0; --acts) act();
-    history_.changed(*before, *now_, History::Kind::outside);
+    history_.changed(*before, *now_, touched_, History::Kind::outside);
     copy();
 }
 
@@ -78,8 +82,8 @@ void RecordedMachine::act() {
     switch (any(8)) {
         case 0: m.A = static_cast<std::uint8_t>(any(256)); break;
         case 1: m.H = static_cast<std::uint8_t>(any(256)); break;
-        case 2: m.storeMemory(any(0x10000), any(256)); break;
-        case 3: m.storePort(any(256), any(256)); break;
+        case 2: storeAnything(any(0x10000)); break;
+        case 3: storeAnythingInPort(any(256)); break;
         case 4: m.SID = !m.SID; break;
         case 5: m.PC = any(0x10000); break;
         case 6:
@@ -87,10 +91,21 @@ void RecordedMachine::act() {
             now_->counters = {};
             break;
         default:  // a load
-            for (int cell = any(3000); cell >= 0; --cell) m.storeMemory(cell + 0x1200, any(256));
+            for (int cell = any(3000); cell >= 0; --cell) storeAnything(cell + 0x1200);
     }
     m.recomputePairs();
     m.synmem();
+    if (any(3) != 0) now_->showM();
+}
+
+void RecordedMachine::storeAnything(std::int32_t address) {
+    now_->machine.storeMemory(address, any(256));
+    touched_.markMemory(address);
+}
+
+void RecordedMachine::storeAnythingInPort(std::int32_t number) {
+    now_->machine.storePort(number, any(256));
+    touched_.markPort(number);
 }
 
 void RecordedMachine::copy() {

@@ -39,6 +39,8 @@ class RecordedMachine {
     void runBatchOf(std::int64_t most);
     void stepAlone();
     void act();
+    void storeAnything(std::int32_t address);
+    void storeAnythingInPort(std::int32_t number);
     void copy();
     std::int32_t any(std::uint32_t below) { return static_cast<std::int32_t>(random_() % below); }
 
@@ -47,6 +49,7 @@ class RecordedMachine {
     History history_;
     std::unique_ptr<Breakpoints> noBreakpoints_ = std::make_unique<Breakpoints>();
     Written written_;
+    TouchedCells touched_;
     std::vector<Copy> copies_;
 };
 

@@ -140,6 +140,11 @@ def editor_commands():
     return [(caption.replace("&", ""), key) for caption, key in calls]
 
 
+def history_commands():
+    """Captions of the commands of the menu "Historial"."""
+    return re.findall(r'add\(\s*"\w+", "([^"]+)"', read("ui/main/HistoryMenu.cpp"))
+
+
 def access_keys():
     """Caption and key of everything that Alt reaches: buttons, and the menus in a bar."""
     commands = {caption for caption, _ in editor_commands()}
@@ -147,7 +152,7 @@ def access_keys():
         for literal in literals(code):
             mark = re.search(r"&(\w)", literal)
             caption = literal.replace("&", "")
-            if not mark or re.search(r"[=;<>]", literal):
+            if not mark or re.search(r"[=;<>]", literal) or literal in history_commands():
                 continue
             if name == "ui/editor/Editor.cpp" and (
                 caption in commands or "Buscarvacio" in code.split(literal)[0][-90:]

@@ -27,6 +27,17 @@ QWidget* principalControl(Principal& principal, const QString& name) {
     return nullptr;
 }
 
+/// A look at the events after each instruction, so that a game can be played again, and now and then a frame.
+class EachInstruction final : public RunPace {
+  public:
+    [[nodiscard]] std::int64_t slice() override { return 1; }
+    [[nodiscard]] Due due() override { return ++looks_ % looksPerFrame == 0 ? Due::frame : Due::events; }
+
+  private:
+    static constexpr int looksPerFrame = 64;
+    int looks_ = 0;
+};
+
 }  // namespace
 
 Monkey::Monkey(std::uint64_t seed, int steps) : diary_(seed, steps), chance_(seed) {
@@ -37,7 +48,8 @@ Monkey::Monkey(std::uint64_t seed, int steps) : diary_(seed, steps), chance_(see
 Monkey::~Monkey() = default;
 
 void Monkey::open() {
-    program_ = std::make_unique<Program>(Version{1, 0, 0}, UpdateSource{});
+    program_ =
+        std::make_unique<Program>(Version{1, 0, 0}, UpdateSource{}, std::make_unique<EachInstruction>());
     program_->cabecera().findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(0);
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (auto* trace = qobject_cast<Listapasos*>(window)) trace_ = trace;
@@ -145,7 +157,7 @@ void Monkey::pulse() {
 
 /// True when as many instructions have been executed as were to pass before the next step.
 bool Monkey::instructionHasPassed() {
-    const std::uint64_t revision = trace_->recorder().store().revision();
+    const std::uint64_t revision = program_->principal().trace().revision();
     if (revision == seenRevision_) return false;
     seenRevision_ = revision;
     ++instructions_;

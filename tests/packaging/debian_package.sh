@@ -18,7 +18,7 @@ field() { dpkg-deb --field "$package" "$1"; }
 same "the version" "$(field Version)" "$version"
 same "the section" "$(field Section)" education
 dependencies=$(field Depends | tr ',' '\n' | sed 's/^ *//; s/ .*//')
-for dependency in fonts-dejavu-core libqt6gui6 libqt6network6 libqt6svg6 libqt6widgets6 libzstd1; do
+for dependency in fonts-dejavu-core libqt6gui6 libqt6network6 libqt6svg6 libqt6widgets6; do
   grep -qx "$dependency" <<<"$dependencies" || fail "it does not depend on $dependency"
 done
 grep -E -- '-(dev|l10n)$' <<<"$dependencies" && fail "it depends on what only the build needs"

@@ -221,18 +221,32 @@ QWidget* HexBox::focusTakerAt(const QPoint& position) const {
     return nullptr;
 }
 
-bool leaveFocusedBox(const QWidget* window, QWidget* next) {
-    // The box may have lent its focus to the menu bar.
+namespace {
+
+/// It may have lent its focus to the menu bar. Null where the user is in none.
+HexBox* enteredBox(const QWidget* window) {
     const QList<HexBox*> boxes = window->findChildren<HexBox*>();
     const auto box = std::find_if(boxes.begin(), boxes.end(), [](const HexBox* b) { return b->entered(); });
-    if (box == boxes.end()) return true;
-    if (!(*box)->leave()) return false;
+    return box == boxes.end() ? nullptr : *box;
+}
+
+}  // namespace
+
+bool leaveFocusedBox(const QWidget* window, QWidget* next) {
+    HexBox* box = enteredBox(window);
+    if (box == nullptr) return true;
+    if (!box->leave()) return false;
     if (next != nullptr) {
         next->setFocus(Qt::ShortcutFocusReason);
-    } else if ((*box)->hasFocus()) {
-        (*box)->reenter();
+    } else if (box->hasFocus()) {
+        box->reenter();
     }
     return true;
+}
+
+bool leaveEditedBox(const QWidget* window) {
+    const HexBox* box = enteredBox(window);
+    return box == nullptr || !box->edited() || leaveFocusedBox(window);
 }
 
 }  // namespace tavinor

@@ -95,5 +95,8 @@ class HexBox : public QLineEdit {
 /// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused; then
 /// the command must not act.
 bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);
+/// The same where the user has typed in it; another one is left alone, because leaving may write what it
+/// shows.
+bool leaveEditedBox(const QWidget* window);
 
 }  // namespace tavinor

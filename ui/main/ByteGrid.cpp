@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <algorithm>
 #include <utility>
 
 #include "machine/MachineState.h"
@@ -58,8 +59,10 @@ void ByteGridModel::fill(std::uint8_t byte) {
     changed_ = true;
 }
 
-void ByteGridModel::setCell(std::int32_t address, std::uint8_t byte) {
-    bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))] = byte;
+void ByteGridModel::setCells(std::size_t first, const std::uint8_t* bytes, std::size_t count) {
+    const auto shown = bytes_.begin() + static_cast<std::ptrdiff_t>(first);
+    if (std::equal(bytes, bytes + count, shown)) return;
+    std::copy_n(bytes, count, shown);
     changed_ = true;
 }
 

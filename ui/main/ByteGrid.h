@@ -2,13 +2,14 @@
 
 #include <QAbstractTableModel>
 #include <QTableView>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace tavinor {
 
-/// What a byte grid shows: its own bytes, sixteen a row. They follow the machine only through `setCell`, so a
-/// byte that the machine borrows for a moment is not seen here.
+/// What a byte grid shows: its own bytes, sixteen a row. They follow the machine only through `setCells`, so
+/// a byte that the machine borrows for a moment is not seen here.
 class ByteGridModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -26,9 +27,9 @@ class ByteGridModel : public QAbstractTableModel {
 
     /// Gives every cell the same byte.
     void fill(std::uint8_t byte);
-    /// Changes the byte of a cell of the filled grid. Nothing is drawn until `takeChanged` has been asked.
-    /// @throws RuntimeError subscript when `address` has no cell.
-    void setCell(std::int32_t address, std::uint8_t byte);
+    /// Changes the bytes of `count` cells of the filled grid from `first` on; it has them. Nothing is drawn
+    /// until `takeChanged` has been asked.
+    void setCells(std::size_t first, const std::uint8_t* bytes, std::size_t count);
     /// Whether a cell has changed since the last question.
     [[nodiscard]] bool takeChanged();
     /// The byte of a cell of the filled grid. @throws RuntimeError subscript when `address` has no cell.

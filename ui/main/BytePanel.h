@@ -2,6 +2,7 @@
 
 #include <QGroupBox>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 
 #include "ui/common/HexBox.h"
@@ -31,8 +32,11 @@ class BytePanel : public QGroupBox {
 
     /// Gives every cell the same byte. The cells are empty before.
     void fill(std::uint8_t byte) { model_->fill(byte); }
-    /// @throws RuntimeError subscript when `address` has no cell.
-    void setCell(std::int32_t address, std::uint8_t byte) { model_->setCell(address, byte); }
+    /// The bytes of `count` cells from `first` on, which the panel has.
+    void setCells(std::size_t first, const std::uint8_t* bytes, std::size_t count) {
+        model_->setCells(first, bytes, count);
+    }
+    [[nodiscard]] std::int32_t currentAddress() const { return grid_->currentAddress(); }
     /// Makes a cell the current one; neither the boxes nor the first visible row change.
     void showCurrent(std::int32_t address) { grid_->showCurrent(address); }
     /// Draws what changed.

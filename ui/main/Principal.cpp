@@ -10,9 +10,6 @@
 
 #include "assembler/OutputPaths.h"
 #include "assembler/window/Ensamblador.h"
-#include "images/HexLoader.h"
-#include "machine/Interrupts.h"
-#include "machine/Stepper.h"
 #include "ui/common/FileDialogs.h"
 #include "ui/common/HexBox.h"
 #include "ui/common/MessageBoxes.h"
@@ -24,6 +21,7 @@
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
 #include "ui/main/Halt.h"
+#include "ui/main/HistoryMenu.h"
 #include "ui/main/InterruptPanel.h"
 #include "ui/main/ListingPanel.h"
 #include "ui/main/RegisterPanel.h"
@@ -52,99 +50,100 @@ void Principal::llenagrd() {
     ports_->fill(0);
 }
 
-// What changes the machine or the breakpoints: all of it is here.
-
-void Principal::savmem(std::int32_t dir, std::int32_t dat) {
-    machine_.storeMemory(dir, dat);
-    memory_->setCell(dir, static_cast<std::uint8_t>(dat));
-}
-
-void Principal::savport(std::int32_t dir, std::int32_t dat) {
-    machine_.storePort(dir, dat);
-    ports_->setCell(dir, static_cast<std::uint8_t>(dat));
-}
+// What the user does to the machine.
 
 void Principal::enterRegisters(const Registers& registers) {
-    static_cast<Registers&>(machine_) = registers;
-    machine_.recomputePairs();
-    noteRegisters();
+    simulation_.setRegisters(registers);
+    showRegisters();
+    allowWaysBack();
 }
 
 void Principal::enterInterrupts(const InterruptState& state) {
-    machine_.intState = state;
+    simulation_.setInterrupts(state);
+    allowWaysBack();
 }
 
 void Principal::enterSerialInput(bool SID) {
-    machine_.SID = SID;
+    simulation_.setSID(SID);
+    allowWaysBack();
 }
 
-void Principal::toggleBreakpoint(std::int32_t address) {
-    std::int16_t& flag = breakpoints_[static_cast<std::size_t>(address)];
-    flag = static_cast<std::int16_t>(~flag);
+void Principal::enterPointer() {
+    simulation_.refreshM();
+    showRegisters();
+}
+
+void Principal::enterMemoryByte(std::int32_t address, int byte) {
+    simulation_.writeMemory(address, byte);
+    regen();
+}
+
+/// The memory panel's own data box takes the current cell along.
+void Principal::enterSelectedByte(std::int32_t address, int byte) {
+    simulation_.writeMemory(address, byte);
+    memory_->showCurrent(address);
+    regen();
+}
+
+/// No refresh follows, unlike a memory byte: no other view shows a port.
+void Principal::enterPortByte(std::int32_t address, int byte) {
+    simulation_.writePort(address, byte);
+    ports_->showCurrent(address);
+    showWritten();
+    allowWaysBack();
 }
 
 void Principal::enterInstructionByte(std::int32_t address, int byte) {
-    savmem(address, byte);
-    machine_.synmem();
-    memory_->bringUpToDate();
+    simulation_.writeMemory(address, byte);
+    showWritten();
     listing_->rebuildInPlace();
     entry_->bringUpToDate();
-}
-
-void Principal::executeOne() {
-    listainstru();
-    machine_.synmem();
-    EjecutaPASO(machine_, *this);
-    noteValues();
-    listareg();
-}
-
-/// What holds between two instructions: the mirror cells equal cells 0 and 1, and PC, which is taken back
-/// from its box, has four digits.
-void Principal::settle() {
-    machine_.synmem();
-    machine_.PC &= 0xFFFF;
+    allowWaysBack();
 }
 
 LoadResult Principal::load(const QString& path) {
     WorkProgress progress(this, {QStringLiteral("Cargando el fichero..."), QStringLiteral("Parte cargada")});
-    return carga(toPath(path), machine_, breakpoints_, *this, progress);
+    return simulation_.load(toPath(path), progress);
 }
 
 void Principal::Reset_Click() {
-    reset(machine_);
+    simulation_.reset();
     regen();
 }
 
 void Principal::Trap_Click() {
-    acceptInterrupt(machine_, *this, vector::trap);
+    simulation_.trap();
     regen();
 }
 
 void Principal::Rst55_Click() {
-    acceptInterrupt(machine_, *this, vector::rst55);
+    simulation_.rst55();
     regen();
 }
 
 void Principal::Rst65_Click() {
-    acceptInterrupt(machine_, *this, vector::rst65);
+    simulation_.rst65();
     regen();
 }
 
 void Principal::Rst75_Click() {
-    acceptRst75(machine_, *this);
+    simulation_.rst75();
     regen();
 }
 
 void Principal::Intr_Click() {
-    requestIntr(machine_, *this, interrupts_->vector().toStdString());
+    simulation_.intr(interrupts_->vector().toStdString());
     regen();
 }
 
 // What is shown of it.
 
+/// In the trace, the row of this HLT is there already.
+void Principal::haltComes() {
+    showAll();
+}
+
 void Principal::halt() {
-    showAll();  // in the trace, the row of this HLT is there already
     run_.letPaintsGo();
     halt_->ask({listing_->mapToGlobal(QPoint()), listing_->size()});
     if (!halt_->continues()) stopRun();
@@ -157,6 +156,7 @@ void Principal::Ejecutar_Click() {
     commands_->showRunning(start);
     halt_->setRunning(start);
     listing_->setRunning(start);
+    allowWaysBack();
     if (start) run_.start();
 }
 
@@ -168,50 +168,31 @@ void Principal::stop() {
     stopRun();
 }
 
-/// One instruction, however many are allowed.
-Principal::Executed Principal::executeSome(std::int64_t /*most*/) {
-    executeOne();
-    return {.instructions = 1, .atBreakpoint = breakpoints_[static_cast<std::size_t>(machine_.PC)] != 0};
+/// A refresh overwrites what is being typed.
+Principal::Executed Principal::executeSome(std::int64_t most) {
+    const std::optional<RegisterTexts> typed = typedTexts();
+    viewsBehind_ = true;
+    const std::int64_t instructions = simulation_.run(most, typed ? &*typed : nullptr);
+    viewsBehind_ = true;
+    if (typed) bringUpToDate();
+    return {.instructions = instructions, .atBreakpoint = simulation_.atBreakpoint()};
 }
 
-void Principal::listainstru() {
-    if (!registers_->edited()) {
-        recorder_.listainstru(machine_, {shown_.registers, shown_.M});
-        return;
-    }
-    const RegisterTexts texts = registers_->texts();
-    recorder_.listainstru(machine_, {shown_.registers, shown_.M, &texts});
-}
-
-/// The refresh just before has overwritten what was being typed.
-void Principal::listareg() {
-    recorder_.listareg({shown_.registers, shown_.M});
+std::optional<RegisterTexts> Principal::typedTexts() const {
+    return registers_->edited() ? std::optional(registers_->texts()) : std::nullopt;
 }
 
 void Principal::Eje_paso_Click() {
-    executeOne();
+    const std::optional<RegisterTexts> typed = typedTexts();
+    simulation_.step(typed ? &*typed : nullptr);
+    viewsBehind_ = true;
     showAll();
 }
 
 void Principal::regen() {
-    noteValues();
-    showAll();
-}
-
-void Principal::noteValues() {
-    settle();
-    noteRegisters();
-    noteM();
+    simulation_.refresh();
     viewsBehind_ = true;
-    if (registers_->edited()) bringUpToDate();  // a refresh overwrites what is being typed
-}
-
-void Principal::noteRegisters() {
-    shown_.registers = machine_.registers();
-}
-
-void Principal::noteM() {
-    shown_.M = machine_.at(machine_.HL);
+    showAll();
 }
 
 void Principal::showAll() {
@@ -223,14 +204,36 @@ void Principal::bringUpToDate() {
     if (!viewsBehind_) return;
     viewsBehind_ = false;
     auto unfinished = qScopeGuard([this] { viewsBehind_ = true; });
+    showRegisters();
     registers_->bringUpToDate();
     listing_->bringUpToDate();
     entry_->bringUpToDate();
     interrupts_->bringUpToDate();
     stack_->regenpila();
+    showWritten();
+    allowWaysBack();
+    unfinished.dismiss();
+}
+
+void Principal::allowWaysBack() {
+    history_->allow(!running() && simulation_.canGoBack());
+}
+
+void Principal::showRegisters() {
+    shown_ = {.registers = machine().registers(), .M = simulation_.shownM()};
+}
+
+void Principal::showWritten() {
+    const Written written = simulation_.takeWritten();
+    for (std::size_t page = 0; page < written.pages.size(); ++page) {
+        if (written.pages[page])
+            memory_->setCells(page * pageSize, &machine().mem[page * pageSize], pageSize);
+    }
+    for (const auto& [address, byte] : simulation_.shownCells())
+        memory_->setCells(static_cast<std::size_t>(address), &byte, 1);
+    if (written.ports) ports_->setCells(0, machine().port.data(), machine().port.size());
     memory_->bringUpToDate();
     ports_->bringUpToDate();
-    unfinished.dismiss();
 }
 
 void Principal::CargarHEX_Click() {
@@ -256,7 +259,7 @@ void Principal::loadHexFile(const QString& path) {
 
 void Principal::showLoaded(const LoadResult& result) {
     if (!result.message.empty()) {
-        memory_->bringUpToDate();  // what was stored is seen behind the message
+        showWritten();  // what was stored is seen behind the message
         showMessage(this, QString::fromStdString(result.message), result.rightAlignedBox);
     }
     regen();
@@ -306,25 +309,6 @@ void Principal::carryOut(int haltOption) {
         &Principal::Reset_Click, &Principal::Trap_Click,  &Principal::Rst55_Click,
         &Principal::Rst65_Click, &Principal::Rst75_Click, &Principal::Intr_Click};
     (this->*procedures[static_cast<std::size_t>(haltOption)])();
-}
-
-void Principal::enterMemoryByte(std::int32_t address, int byte) {
-    savmem(address, byte);
-    regen();
-}
-
-/// The memory panel's own data box takes the current cell along.
-void Principal::enterSelectedByte(std::int32_t address, int byte) {
-    savmem(address, byte);
-    memory_->showCurrent(address);
-    regen();
-}
-
-/// No refresh follows, unlike a memory byte: no other view shows a port.
-void Principal::enterPortByte(std::int32_t address, int byte) {
-    savport(address, byte);
-    ports_->showCurrent(address);
-    ports_->bringUpToDate();
 }
 
 void Principal::recover(const QString& message) {

@@ -5,16 +5,18 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <optional>
 
-#include "machine/Host.h"
-#include "machine/MachineState.h"
 #include "machine/RuntimeError.h"
+#include "simulation/Simulation.h"
 #include "ui/common/KeyRepeats.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/main/Run.h"
 #include "ui/main/ShownValues.h"
+#include "ui/main/WayBackCommands.h"
 
 class QAction;
+class QLabel;
 
 namespace tavinor {
 
@@ -23,29 +25,28 @@ class CommandBar;
 class Editor;
 class EntryPanel;
 class Halt;
+class HistoryMenu;
 class InterruptPanel;
 class Listapasos;
 class ListingPanel;
 class RegisterPanel;
 class StackPanel;
-struct LoadResult;
-class TraceRecorder;
 
-/// The window of the simulator. It has the machine and the breakpoints, wires the panels that show them and
-/// executes. The window is running exactly while `Ejecutar` reads "&Parar".
+/// The window of the simulator. It has the simulation, wires the panels that show it, and carries out what
+/// they announce. The window is running exactly while `Ejecutar` reads "&Parar".
 ///
-/// A refresh has two halves. The first notes, after every instruction, the values that the views show. The
-/// second brings the widgets up to date; in a run it waits until the user could look: until an event is
-/// handed to a handler, the screen is to be painted, or the halt dialog opens.
-class Principal : public QMainWindow, private Host, private RunWindow {
+/// In a run the widgets wait until the user could look: until an event is handed to a handler, the screen is
+/// to be painted, or the halt dialog opens.
+class Principal : public QMainWindow, private HaltHandler, private RunWindow {
     Q_OBJECT
 
   public:
     explicit Principal(std::unique_ptr<RunPace> pace = std::make_unique<ClockPace>());
     ~Principal() override;
 
-    [[nodiscard]] const MachineState& machine() const { return machine_; }
-    [[nodiscard]] const Breakpoints& breakpoints() const { return breakpoints_; }
+    [[nodiscard]] const MachineState& machine() const { return simulation_.machine(); }
+    [[nodiscard]] const Breakpoints& breakpoints() const { return simulation_.breakpoints(); }
+    [[nodiscard]] const Trace& trace() const { return simulation_.trace(); }
 
     /// Loads a HEX file as `CargarHEX` does once the file has been chosen, and shows how it ended; where the
     /// user has cancelled it, nothing is said.
@@ -70,9 +71,8 @@ class Principal : public QMainWindow, private Host, private RunWindow {
     bool focusNextPrevChild(bool next) override;
 
   private:
-    // What the machine asks of its host.
-    void savmem(std::int32_t dir, std::int32_t dat) override;
-    void savport(std::int32_t dir, std::int32_t dat) override;
+    // What the simulation asks of its window.
+    void haltComes() override;
     void halt() override;
 
     // What a run asks of its window.
@@ -108,33 +108,32 @@ class Principal : public QMainWindow, private Host, private RunWindow {
     void Rst65_Click();
     void Rst75_Click();
     void Intr_Click();
+    /// Carries out a way back, and tells what it did. The window's other commands leave the focused box; this
+    /// one only where it was typed in.
+    template <typename Way>
+    void goBack(const Way& way);
     /// True when the window may close: never while a run is going, and not before the editor has closed.
     bool Form_QueryUnload();
     void carryOut(int haltOption);
 
-    void executeOne();
-    /// Called just before each instruction: its row in the trace.
-    void listainstru();
-    /// Called just after it and the refresh: the registers of its row.
-    void listareg();
+    /// The texts of the register boxes while one of them is being typed in.
+    [[nodiscard]] std::optional<RegisterTexts> typedTexts() const;
     /// Refreshes every view.
     void regen();
-    void settle();
-    /// Notes what the views show from now on. Cheap: no widget is touched.
-    void noteValues();
-    void noteRegisters();
-    void noteM();
+    /// The bytes that both grids show follow what was written.
+    void showWritten();
+    void showRegisters();
+    void allowWaysBack();
 
     void enterMemoryByte(std::int32_t address, int byte);
     void enterSelectedByte(std::int32_t address, int byte);
     void enterPortByte(std::int32_t address, int byte);
     /// `address` is 0..65537; a byte past FFFF is stored in its mirror cell and then fails.
     void enterInstructionByte(std::int32_t address, int byte);
-    /// Their pairs follow from them, as after a step.
     void enterRegisters(const Registers& registers);
+    void enterPointer();
     void enterInterrupts(const InterruptState& state);
     void enterSerialInput(bool SID);
-    void toggleBreakpoint(std::int32_t address);
 
     /// Runs an event procedure. An error of the machine, or a lack of memory, ends it there, stops a run,
     /// refreshes the views and is shown in a message box.
@@ -152,8 +151,7 @@ class Principal : public QMainWindow, private Host, private RunWindow {
     static QString errorText(const RuntimeError& error);
     void recover(const QString& message);
 
-    MachineState machine_;
-    Breakpoints breakpoints_{};
+    Simulation simulation_{*this};
     ShownValues shown_;
     Run run_;
     KeyRepeats keyRepeats_;
@@ -171,8 +169,10 @@ class Principal : public QMainWindow, private Host, private RunWindow {
     Halt* halt_;
     std::unique_ptr<Editor> editor_;  // a window of its own, not one in front of this one
     std::unique_ptr<Listapasos> trace_;
-    TraceRecorder& recorder_;
     QAction* listains = nullptr;
+    HistoryMenu* history_ = nullptr;
+    WayBackCommands waysBack_{simulation_, this};
+    QLabel* state_ = nullptr;  // the status line
 };
 
 }  // namespace tavinor

@@ -1,10 +1,14 @@
 // How the main window is put together: its parts, their places, and who hears whom.
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "ui/common/FileDrops.h"
+#include "ui/common/HexBox.h"
+#include "ui/common/Naming.h"
 #include "ui/common/ScreenRoom.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Editor.h"
@@ -12,6 +16,7 @@
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
 #include "ui/main/Halt.h"
+#include "ui/main/HistoryMenu.h"
 #include "ui/main/InterruptPanel.h"
 #include "ui/main/ListingPanel.h"
 #include "ui/main/Principal.h"
@@ -24,17 +29,16 @@ namespace tavinor {
 Principal::Principal(std::unique_ptr<RunPace> pace)
     : run_(*this, std::move(pace)),
       commands_(new CommandBar(this)),
-      listing_(new ListingPanel(machine_, breakpoints_, shown_, this)),
-      entry_(new EntryPanel(machine_, this)),
-      registers_(new RegisterPanel(machine_, shown_, this)),
-      stack_(new StackPanel(machine_, shown_, this)),
-      interrupts_(new InterruptPanel(machine_, this)),
+      listing_(new ListingPanel(machine(), breakpoints(), shown_, this)),
+      entry_(new EntryPanel(machine(), this)),
+      registers_(new RegisterPanel(machine(), shown_, this)),
+      stack_(new StackPanel(machine(), shown_, this)),
+      interrupts_(new InterruptPanel(machine(), this)),
       memory_(new BytePanel(memoryPanelNames(), this)),
       ports_(new BytePanel(portPanelNames(), this)),
       halt_(new Halt(this)),
       editor_(std::make_unique<Editor>()),
-      trace_(std::make_unique<Listapasos>()),
-      recorder_(trace_->recorder()) {
+      trace_(std::make_unique<Listapasos>(simulation_)) {
     setObjectName(QStringLiteral("Principal"));
     layOut();
     makeMenus();
@@ -70,6 +74,10 @@ void Principal::layOut() {
     layout->addWidget(commands_);
     layout->addWidget(new ScrollingContent(content, commands_, this), 1);
     setCentralWidget(central);
+    state_ = named(new QLabel(this), QStringLiteral("estado"), {});
+    state_->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(state_, 1);
+    statusBar()->setSizeGripEnabled(false);
     // Room for the whole listing and a good piece of memory, where the screen has it.
     resize(QSize(1180, 730).expandedTo(sizeHint()).boundedTo(roomOnScreen(*this)));
 }
@@ -77,6 +85,26 @@ void Principal::layOut() {
 void Principal::makeMenus() {
     listains = menuBar()->addAction(QStringLiteral("&Lista"));
     listains->setObjectName(QStringLiteral("listains"));
+    history_ = new HistoryMenu(this);
+    menuBar()->addMenu(history_);
+    const auto connectWay = [this](QAction* action, auto way) {
+        connect(action, &QAction::triggered, this, [this, way] { guarded([this, way] { goBack(way); }); });
+    };
+    connectWay(history_->pasoAtras, [this] { return waysBack_.oneStep(); });
+    connectWay(history_->atrasPunto, [this] { return waysBack_.toBreakpoint(); });
+    connectWay(history_->atrasCasilla, [this] { return waysBack_.toLastWrite(memory_->currentAddress()); });
+    connect(trace_.get(), &Listapasos::cleared, this, &Principal::allowWaysBack);
+    connectWay(history_->alPrincipio, [this] { return waysBack_.toBeginning(); });
+}
+
+/// The views show what was shown there: nothing is refreshed first.
+template <typename Way>
+void Principal::goBack(const Way& way) {
+    if (!leaveEditedBox(this) || !simulation_.canGoBack()) return;
+    const std::optional<QString> told = way();
+    viewsBehind_ = true;
+    showAll();
+    if (told) state_->setText(*told);
 }
 
 void Principal::connectCommands() {
@@ -121,10 +149,11 @@ void Principal::connectPanels() {
     connectBytes(entry_, &EntryPanel::codeEntered, &Principal::enterInstructionByte);
     connectBytes(entry_, &EntryPanel::operandEntered, &Principal::enterInstructionByte);
     connect(registers_, &RegisterPanel::registersEntered, this, &Principal::enterRegisters);
-    connect(registers_, &RegisterPanel::pointerEntered, this, &Principal::noteM);
+    connect(registers_, &RegisterPanel::pointerEntered, this, &Principal::enterPointer);
     connect(interrupts_, &InterruptPanel::interruptsEntered, this, &Principal::enterInterrupts);
     connect(interrupts_, &InterruptPanel::serialInputEntered, this, &Principal::enterSerialInput);
-    connect(listing_, &ListingPanel::breakpointToggled, this, &Principal::toggleBreakpoint);
+    connect(listing_, &ListingPanel::breakpointToggled, this,
+            [this](std::int32_t address) { simulation_.toggleBreakpoint(address); });
     connect(listing_, &ListingPanel::rowSelected, entry_, &EntryPanel::showRow);
     connect(entry_, &EntryPanel::addressEntered, this,
             [this](std::int32_t address) { guarded([=, this] { listing_->position(address); }); });

@@ -5,10 +5,10 @@
 #include <cstdint>
 
 #include "machine/MachineState.h"
+#include "trace/RegisterTexts.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
 #include "ui/main/ShownValues.h"
-#include "ui/trace/ShownBoxes.h"
 
 class QGridLayout;
 

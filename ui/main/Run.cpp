@@ -31,7 +31,6 @@ void Run::turn() {
             window_.stop();
             return;
         }
-        QCoreApplication::sendPostedEvents();  // not only in a look: as long as it costs less than looking
         if (left == 0) look(pace_->due());
     } while (window_.running());
 }

@@ -4,10 +4,12 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 #include <QSessionManager>
+#include <utility>
 
 namespace tavinor {
 
-Program::Program(const Version& own, const UpdateSource& updates) : cabecera_(own, updates) {
+Program::Program(const Version& own, const UpdateSource& updates, std::unique_ptr<RunPace> pace)
+    : cabecera_(own, updates), principal_(std::move(pace)) {
     connect(&cabecera_, &Cabecera::splashOver, &principal_, &QWidget::show);
     connect(&principal_, &Principal::aboutRequested, &cabecera_, &Cabecera::showAbout);
     connect(&principal_, &Principal::closed, &cabecera_, &Cabecera::showFarewell);

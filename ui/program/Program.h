@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <memory>
 
 #include "ui/main/Principal.h"
 #include "ui/startup/Cabecera.h"
@@ -16,8 +17,9 @@ class Program : public QObject {
 
   public:
     Program() : Program(ownVersion(), builtInUpdateSource()) {}
-    /// With another version and update source than those of the build.
-    Program(const Version& own, const UpdateSource& updates);
+    /// With another version and update source than those of the build, and runs at another pace.
+    Program(const Version& own, const UpdateSource& updates,
+            std::unique_ptr<RunPace> pace = std::make_unique<ClockPace>());
 
     void start() { cabecera_.showSplash(); }
 

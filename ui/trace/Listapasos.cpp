@@ -5,21 +5,22 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <optional>
-#include <utility>
 
+#include "simulation/Simulation.h"
+#include "trace/TraceFile.h"
 #include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/Paths.h"
 #include "ui/common/ScreenRoom.h"
-#include "ui/trace/TraceFile.h"
 #include "ui/trace/TraceView.h"
 
 namespace tavinor {
 
-Listapasos::Listapasos(TraceStore::MemoryProbe memory, QWidget* parent)
-    : QMainWindow(parent), recorder_(std::move(memory)), lista(new TraceView(recorder_.store(), this)) {
+Listapasos::Listapasos(Simulation& simulation, QWidget* parent)
+    : QMainWindow(parent), simulation_(simulation), lista(new TraceView(simulation.trace(), this)) {
     setObjectName(QStringLiteral("Listapasos"));
     setWindowTitle(applicationTitle());
     setCentralWidget(lista);
@@ -67,7 +68,7 @@ void Listapasos::showEvent(QShowEvent* event) {
 }
 
 void Listapasos::salvar_Click() {
-    if (recorder_.store().empty()) return;
+    if (simulation_.trace().empty()) return;
     const std::optional<QString> path = askFileToSave(
         this, {.title = QStringLiteral("Salvar fichero .TXT"),
                .filter = QStringLiteral("Fichero de texto (*.txt)|*.txt|Todos los ficheros (*.*)|*.*"),
@@ -81,7 +82,7 @@ void Listapasos::salvar_Click() {
 
 void Listapasos::save(const QString& path) {
     requireMemory(TraceFile::memoryNeeded);  // before an old file is emptied
-    TraceFile file(recorder_.store(), path);
+    TraceFile file(simulation_.trace(), toPath(path));
     const bool written = file.open() && writeAll(file);
     const bool closed = file.close();
     if (!written || !closed) showMessage(this, QStringLiteral("Error guardando fichero"));
@@ -98,8 +99,9 @@ bool Listapasos::writeAll(TraceFile& file) {
 }
 
 void Listapasos::clear() {
-    recorder_.clear();
+    simulation_.clearTrace();
     lista->bringUpToDate();  // at once: the rows that come next are others, and none of them is selected
+    emit cleared();
 }
 
 void Listapasos::borrar_Click() {
@@ -111,7 +113,7 @@ void Listapasos::cerrar_Click() {
 }
 
 bool Listapasos::Form_QueryUnload() {
-    return recorder_.store().empty() ||
+    return simulation_.trace().empty() ||
            askYesNo(this, QStringLiteral("Todo el listado se perderá.\n¿Desea cerrar de todas formas?"),
                     DefaultAnswer::no);
 }

@@ -5,26 +5,23 @@
 #include <chrono>
 
 #include "ui/common/WorkProgress.h"
-#include "ui/trace/TraceRecorder.h"
 
 class QAction;
 
 namespace tavinor {
 
+class Simulation;
 class TraceFile;
 class TraceView;
 
-/// The window of the trace. It records whether or not it is shown, and keeps its rows until it is closed or
+/// The window of a simulation's trace. Its rows are there whether or not it is shown, until it is closed or
 /// cleared; hiding it keeps them.
 class Listapasos : public QMainWindow {
     Q_OBJECT
 
   public:
-    explicit Listapasos(TraceStore::MemoryProbe memory = availableMemory, QWidget* parent = nullptr);
+    explicit Listapasos(Simulation& simulation, QWidget* parent = nullptr);
     ~Listapasos() override;
-
-    /// Records; to be called before and after each instruction.
-    [[nodiscard]] TraceRecorder& recorder() { return recorder_; }
 
     /// Shows the window in front of the others.
     void open();
@@ -32,6 +29,10 @@ class Listapasos : public QMainWindow {
     void bringUpToDate();
     /// How long saving may take before it shows how far it is.
     void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+
+  signals:
+    /// The trace is empty now: there is nothing to go back to.
+    void cleared();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -48,7 +49,7 @@ class Listapasos : public QMainWindow {
     void save(const QString& path);
     bool writeAll(TraceFile& file);
 
-    TraceRecorder recorder_;
+    Simulation& simulation_;
     std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
     TraceView* lista;
     QAction* salvar = nullptr;

@@ -11,16 +11,17 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
 
+#include "trace/TraceText.h"
 #include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 #include "ui/trace/AccessibleTrace.h"
 #include "ui/trace/RowScale.h"
-#include "ui/trace/TraceStore.h"
 
 namespace tavinor {
 
@@ -38,7 +39,8 @@ std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last
 
 }  // namespace
 
-TraceView::TraceView(const TraceStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
+TraceView::TraceView(const Trace& trace, QWidget* parent)
+    : QAbstractScrollArea(parent), trace_(trace), reader_(trace) {
     makeAccessible(*this);  // first: naming it lets Qt look for its interface already
     named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
     useFont(this, fixedFont);
@@ -94,7 +96,7 @@ QSize TraceView::minimumSizeHint() const {
 }
 
 std::uint64_t TraceView::rowCount() const {
-    return store_.size();
+    return trace_.size();
 }
 
 int TraceView::visibleRows() const {
@@ -108,8 +110,8 @@ std::uint64_t TraceView::lastFirstRow() const {
 }
 
 void TraceView::bringUpToDate() {
-    if (!isVisible() || seenRevision_ == store_.revision()) return;
-    seenRevision_ = store_.revision();
+    if (!isVisible() || seenRevision_ == trace_.revision()) return;
+    seenRevision_ = trace_.revision();
     if (current_ && current_->row >= rowCount()) {
         current_.reset();
         anchor_ = 0;
@@ -168,33 +170,44 @@ void TraceView::scrollContentsBy(int dx, int dy) {
     if (dx != 0) viewport()->update();
 }
 
-/// No exception may reach Qt, which is painting.
-void TraceView::fetch(std::uint64_t first, std::uint64_t count) {
+/// No exception may reach Qt, which is painting. False where the rows are still to be executed again.
+bool TraceView::fetch(std::uint64_t first, std::uint64_t count, std::int64_t most) {
     try {
-        readRows(first, count);
+        const bool there = readRows(first, count, most);
         memoryOutTold_ = false;
+        return there;
     } catch (const std::bad_alloc&) {
         cached_.clear();
         if (!std::exchange(memoryOutTold_, true)) emit memoryOut();
+        return true;
     }
 }
 
-void TraceView::readRows(std::uint64_t first, std::uint64_t count) {
-    cached_.clear();
+bool TraceView::readRows(std::uint64_t first, std::uint64_t count, std::int64_t most) {
+    std::vector<RowCells> read;
+    const auto keep = [&read](const TraceRow& row, const RowTexts* texts) {
+        read.push_back(rowCells(row, texts));
+    };
+    const bool there = reader_.read(first, count, keep, most);
+    cached_ = std::move(read);
     cachedFirst_ = first;
-    cachedRevision_ = store_.revision();
-    store_.read(first, count, [this](const TraceRow& row, const RowTexts* texts) {
-        cached_.push_back(rowCells(row, texts));
-    });
+    cachedRevision_ = trace_.revision();
+    return there;
+}
+
+bool TraceView::known(std::uint64_t row) const {
+    return cachedRevision_ == trace_.revision() && row >= cachedFirst_ && row - cachedFirst_ < cached_.size();
+}
+
+const RowCells& TraceView::cached(std::uint64_t row) const {
+    static const RowCells none;
+    return known(row) ? cached_[row - cachedFirst_] : none;
 }
 
 const RowCells& TraceView::cells(std::uint64_t row) {
     constexpr std::uint64_t around = 64;
-    const bool known =
-        cachedRevision_ == store_.revision() && row >= cachedFirst_ && row - cachedFirst_ < cached_.size();
-    if (!known) fetch(row - row % around, around);
-    static const RowCells none;
-    return row - cachedFirst_ < cached_.size() ? cached_[row - cachedFirst_] : none;
+    if (!known(row)) fetch(row - row % around, around, std::numeric_limits<std::int64_t>::max());
+    return cached(row);
 }
 
 QRect TraceView::cellRect(const Cell& cell) const {
@@ -359,11 +372,11 @@ void TraceView::copy() {
 
 QString TraceView::selectedText() const {
     std::string text;
-    store_.read(std::min(anchor_, current_->row), selectedRows(),
-                [&text](const TraceRow& row, const RowTexts* texts) {
-                    appendLine(text, row, texts);
-                    text += '\n';
-                });
+    TraceReader(trace_).read(std::min(anchor_, current_->row), selectedRows(),
+                             [&text](const TraceRow& row, const RowTexts* texts) {
+                                 appendLine(text, row, texts);
+                                 text += '\n';
+                             });
     return QString::fromStdString(text);
 }
 

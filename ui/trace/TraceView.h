@@ -7,16 +7,15 @@
 #include <optional>
 #include <vector>
 
-#include "ui/trace/TraceText.h"
+#include "trace/TraceReader.h"
+#include "trace/TraceText.h"
 
 class QAction;
 
 namespace tavinor {
 
-class TraceStore;
-
 /// The grid of the trace. It holds no rows: it knows which row is the first one visible and asks for the
-/// texts of the rows that are looked at. Whole rows are selected; the current cell is where the keyboard
+/// texts of the rows that the user looks at. Whole rows are selected; the current cell is where the keyboard
 /// is.
 class TraceView : public QAbstractScrollArea {
     Q_OBJECT
@@ -33,7 +32,7 @@ class TraceView : public QAbstractScrollArea {
         friend bool operator==(const Cell&, const Cell&) = default;
     };
 
-    TraceView(const TraceStore& store, QWidget* parent);
+    TraceView(const Trace& trace, QWidget* parent);
 
     /// Follows rows that were recorded or cleared since the last time: the newest ones come into view.
     void bringUpToDate();
@@ -95,13 +94,16 @@ class TraceView : public QAbstractScrollArea {
     void copy();
     void selectAll();
     [[nodiscard]] QString selectedText() const;
-    void fetch(std::uint64_t first, std::uint64_t count);
-    void readRows(std::uint64_t first, std::uint64_t count);
+    bool fetch(std::uint64_t first, std::uint64_t count, std::int64_t most);
+    bool readRows(std::uint64_t first, std::uint64_t count, std::int64_t most);
+    [[nodiscard]] bool known(std::uint64_t row) const;
+    [[nodiscard]] const RowCells& cached(std::uint64_t row) const;
     void paintHeader(QPainter& painter);
     void paintRow(QPainter& painter, std::uint64_t row);
     [[nodiscard]] int gridWidth() const { return columnLefts_.back(); }
 
-    const TraceStore& store_;
+    const Trace& trace_;
+    TraceReader reader_;
     std::uint64_t seenRevision_ = 0;
     std::uint64_t firstRow_ = 0;
     std::optional<Cell> current_;

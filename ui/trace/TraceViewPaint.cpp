@@ -5,12 +5,14 @@
 #include <QStyleOptionFocusRect>
 #include <QStyleOptionHeader>
 
-#include "ui/trace/TraceStore.h"
 #include "ui/trace/TraceView.h"
 
 namespace tavinor {
 
 namespace {
+
+/// A paint executes no more again, so that it takes some 10 ms at most.
+constexpr std::int64_t mostInstructionsAPaint = 2'000'000;
 
 QString text(std::string_view s) {
     return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
@@ -23,7 +25,11 @@ void TraceView::paintEvent(QPaintEvent*) {
     painter.setFont(font());
     const auto lines = static_cast<std::uint64_t>(visibleRows() + 1);
     const std::uint64_t end = std::min(rowCount(), firstRow_ + lines);
-    fetch(firstRow_, lines);
+    const bool allKnown = end == firstRow_ || (known(firstRow_) && known(end - 1));
+    if (!allKnown && !fetch(firstRow_, lines, mostInstructionsAPaint)) {
+        // They are empty for the moment; the next paint goes on.
+        QMetaObject::invokeMethod(viewport(), qOverload<>(&QWidget::update), Qt::QueuedConnection);
+    }
     for (std::uint64_t row = firstRow_; row < end; ++row) paintRow(painter, row);
     paintHeader(painter);
 }
@@ -48,9 +54,9 @@ void TraceView::paintHeader(QPainter& painter) {
 }
 
 void TraceView::paintRow(QPainter& painter, std::uint64_t row) {
-    const RowCells& texts = cells(row);
+    const RowCells& texts = cached(row);
     const bool selected = isSelected(row);
-    const bool stateRow = texts[0].empty();
+    const bool stateRow = known(row) && texts[0].empty();
     const QPalette::ColorGroup group = hasFocus() ? QPalette::Active : QPalette::Inactive;
     const QRect first = cellRect({row, 0});
     const QRect line(first.left(), first.top(), gridWidth(), rowHeight_);

@@ -35,7 +35,7 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
             for (int column = 0; column < 15; ++column) {
                 QAccessibleInterface* cell = table()->cellAt(row, column);
                 QVERIFY(cell != nullptr && cell->isValid());
-                const auto& expected = naive_->rows()[static_cast<std::size_t>(80 + row)];
+                const auto& expected = naive().rows()[static_cast<std::size_t>(80 + row)];
                 QCOMPARE(cell->text(QAccessible::Name),
                          QString::fromStdString(expected[static_cast<std::size_t>(column)]).trimmed());
                 QCOMPARE(cell->tableCellInterface()->rowIndex(), row);
@@ -92,7 +92,7 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
         QAccessibleInterface* view = QAccessible::queryAccessibleInterface(lista_);
         QAccessibleInterface* focused = view->focusChild();
         QVERIFY(focused != nullptr);
-        QCOMPARE(focused->text(QAccessible::Name), QString::fromStdString(naive_->rows()[95][2]));
+        QCOMPARE(focused->text(QAccessible::Name), QString::fromStdString(naive().rows()[95][2]));
         QVERIFY(focused->state().focused && focused->state().selected);
         QCOMPARE(table()->selectedRows(), QList<int>{15});
         const QPoint middle = focused->rect().center();
@@ -110,7 +110,7 @@ class AccessibleTraceTest : public QObject, private TraceWindowTest {
         const QString before = name(19, 13);
         record(1);
         QVERIFY(name(19, 13) != before);
-        QCOMPARE(name(19, 13), QString::fromStdString(naive_->rows()[100][13]));
+        QCOMPARE(name(19, 13), QString::fromStdString(naive().rows()[100][13]));
         clickMenu("borrar");
         QCOMPARE(table()->rowCount(), 0);
     }

@@ -41,7 +41,7 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
 
     [[nodiscard]] QByteArray expectedFile(std::size_t rows) const {
         std::string text = headerLine.toStdString() + "\r\n";
-        for (std::size_t row = 0; row < rows; ++row) text += naive_->line(row) + "\r\n";
+        for (std::size_t row = 0; row < rows; ++row) text += naive().line(row) + "\r\n";
         return QByteArray::fromStdString(text);
     }
 
@@ -92,9 +92,7 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
         QVERIFY(showActive(window_.get()));
         for (int i = 0; i < 10; ++i) {
             record(14'000);
-            traced_->machine().D = static_cast<std::uint8_t>(i + 1);
-            traced_->machine().recomputePairs();
-            traced_->refresh();
+            traced_->edit([i](Registers& r) { r.D = static_cast<std::uint8_t>(i + 1); });
             traced_->type(0, "1x");
         }
         const QString path = folder_.filePath("todo.txt");
@@ -104,7 +102,7 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
         if (QFile::exists(path)) QVERIFY(QFile::remove(path));
         clickMenu("salvar");
         QVERIFY(dialogs.allCame());
-        QCOMPARE(contents(path), expectedFile(naive_->rows().size()));
+        QCOMPARE(contents(path), expectedFile(naive().rows().size()));
     }
 
     void cancelsALongSave() {
@@ -185,7 +183,7 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
         const test::FileSizeLimit fullDisk(4096);
         clickMenu("salvar");
         QVERIFY(dialogs.allCame());
-        QCOMPARE(contents(path), expectedFile(naive_->rows().size()).left(4096));
+        QCOMPARE(contents(path), expectedFile(naive().rows().size()).left(4096));
         QCOMPARE(lista_->rowCount(), std::uint64_t{101});
     }
 

@@ -6,9 +6,8 @@
 #include <QTest>
 #include <memory>
 
+#include "tests/simulation/TracedMachine.h"
 #include "tests/support/RealInput.h"
-#include "tests/ui/trace/NaiveTrace.h"
-#include "tests/ui/trace/TracedMachine.h"
 #include "ui/trace/Listapasos.h"
 #include "ui/trace/TraceView.h"
 
@@ -19,15 +18,15 @@ namespace tavinor {
 class TraceWindowTest {
   protected:
     void setUp() {
-        window_ = std::make_unique<Listapasos>();
-        naive_ = std::make_unique<NaiveTrace>();
-        traced_ = std::make_unique<TracedMachine>(window_->recorder(), naive_.get());
+        traced_ = std::make_unique<test::TracedMachine>();
+        window_ = std::make_unique<Listapasos>(traced_->simulation());
         traced_->load({0x01, 0xFF, 0xFF, 0x0B, 0x78, 0xB1, 0xC2, 0x03, 0x00, 0xC3, 0x00, 0x00});
         lista_ = window_->findChild<TraceView*>(QStringLiteral("lista"));
         QVERIFY(lista_ != nullptr);
     }
     void tearDown() { window_.reset(); }
 
+    [[nodiscard]] const NaiveTrace& naive() const { return traced_->naive(); }
     void record(int steps) {
         traced_->steps(steps);
         window_->bringUpToDate();
@@ -44,9 +43,8 @@ class TraceWindowTest {
         clickAt(lista_->viewport(), lista_->cellRect({row, column}).center(), Qt::LeftButton, modifiers);
     }
 
+    std::unique_ptr<test::TracedMachine> traced_;
     std::unique_ptr<Listapasos> window_;
-    std::unique_ptr<NaiveTrace> naive_;
-    std::unique_ptr<TracedMachine> traced_;
     TraceView* lista_ = nullptr;
 };
 

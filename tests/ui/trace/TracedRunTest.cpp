@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -14,10 +15,11 @@
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
-#include "tests/ui/trace/TracedMachine.h"
+#include "tests/ui/main/ListedPace.h"
+#include "trace/TraceReader.h"
+#include "trace/TraceText.h"
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"
-#include "ui/trace/TraceText.h"
 #include "ui/trace/TraceView.h"
 
 using namespace tavinor;
@@ -25,11 +27,11 @@ using namespace tavinor;
 namespace {
 
 constexpr std::size_t columnINS = 2, columnA = 3, columnPC = 13;
-/// A hand's clicks before the first block of rows is full.
-constexpr int nearlyABlock = static_cast<int>(TraceBlock::capacity) - 6;
 
 /// LXI SP,8000; INX B; JMP 0003
 const QByteArray endlessLoop = ":0700000031008003C303007F\n:00000001FF\n";
+/// LXI B,3FFE; 0003: DCX B; MOV A,B; ORA C; JNZ 0003: 65,529 instructions; then 0009: INX B; JMP 0009
+const QByteArray delayThenLoop = ":0D00000001FE3F0B78B1C2030003C30900ED\n:00000001FF\n";
 /// JMP FFFF; FFFF: RST 7, which cannot push its return address
 const QByteArray failing = ":03000000C3FFFF3C\n:01FFFF00FF02\n:00000001FF\n";
 
@@ -48,8 +50,8 @@ class TracedRunTest : public QObject {
 
     [[nodiscard]] std::vector<RowCells> rows() const {
         std::vector<RowCells> result;
-        const TraceStore& store = trace_->recorder().store();
-        store.read(0, store.size(), [&result](const TraceRow& row, const RowTexts* texts) {
+        const Trace& trace = principal_->trace();
+        TraceReader(trace).read(0, trace.size(), [&result](const TraceRow& row, const RowTexts* texts) {
             result.push_back(rowCells(row, texts));
         });
         return result;
@@ -94,7 +96,9 @@ class TracedRunTest : public QObject {
 
   private slots:
     void init() {
-        principal_ = std::make_unique<Principal>();
+        // Few instructions to a look, so that all rows of a short run can be read.
+        principal_ =
+            std::make_unique<Principal>(std::make_unique<ListedPace>(QList<std::int64_t>{1, 7, 4096}));
         for (QWidget* window : QApplication::topLevelWidgets()) {
             if (auto* trace = qobject_cast<Listapasos*>(window)) trace_ = trace;
         }
@@ -118,22 +122,25 @@ class TracedRunTest : public QObject {
         QCOMPARE(lista_->cells(2)[columnPC], std::string("0004"));
     }
 
-    /// Every row is there, in its order, where one block ends and the next one begins.
-    void stepsAreRecordedAcrossTheBorderOfABlock() {
-        TracedMachine filling(trace_->recorder());
-        filling.load({0x3C});  // INR A, so that the window's registers differ from the last row
-        filling.steps(nearlyABlock - 1);
-        QCOMPARE(rows().size(), std::size_t{nearlyABlock});
-        load(endlessLoop);
+    /// Every row is there, in its order, where the history keeps a machine and goes on from it.
+    void stepsAreRecordedAcrossAKeptMachine() {
+        constexpr std::size_t before = 65'529;
+        load(delayThenLoop);
+        auto* prg = principal_->findChild<QListWidget*>("prg");
+        const QList<QListWidgetItem*> loop = prg->findItems("0009", Qt::MatchStartsWith);
+        QCOMPARE(loop.size(), 1);
+        clickAt(prg->viewport(), prg->visualItemRect(loop.first()).center());
+        pressKey(prg, Qt::Key_F9);
+        clickIn(Ejecutar_);  // to the breakpoint
+        QCOMPARE(principal_->trace().size(), std::uint64_t{1 + before});
         constexpr int clicks = 12;
         for (int i = 0; i < clicks; ++i) clickIn(Eje_paso_);
         const std::vector<RowCells> all = rows();
-        QCOMPARE(all.size(), std::size_t{nearlyABlock + 1 + clicks});
-        QCOMPARE(all[nearlyABlock][0], std::string());  // the state row
+        QCOMPARE(all.size(), std::size_t{1 + before + clicks});
         for (int i = 0; i < clicks; ++i) {
-            const RowCells& row = all[static_cast<std::size_t>(nearlyABlock + 1 + i)];
-            QCOMPARE(row[0], std::string(i == 0 ? "0000" : i % 2 == 1 ? "0003" : "0004"));
-            QCOMPARE(row[columnPC], std::string(i % 2 == 0 ? "0003" : "0004"));
+            const RowCells& row = all[static_cast<std::size_t>(1 + before) + static_cast<std::size_t>(i)];
+            QCOMPARE(row[0], std::string(i % 2 == 0 ? "0009" : "000A"));
+            QCOMPARE(row[columnPC], std::string(i % 2 == 0 ? "000A" : "0009"));
         }
     }
 
@@ -217,20 +224,20 @@ class TracedRunTest : public QObject {
             path);
         dialogs.expectWindow("progreso", [](QWidget*) {});
         runAnd([&] {
-            saved = trace_->recorder().store().size();
+            saved = principal_->trace().size();
             trace_->findChild<QAction*>("salvar")->trigger();
         });
         std::string expected;
         appendHeaderLine(expected);
         expected += "\r\n";
-        trace_->recorder().store().read(0, saved, [&](const TraceRow& row, const RowTexts* texts) {
+        TraceReader(principal_->trace()).read(0, saved, [&](const TraceRow& row, const RowTexts* texts) {
             appendLine(expected, row, texts);
             expected += "\r\n";
         });
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.readAll() == QByteArray::fromStdString(expected));
-        QVERIFY(trace_->recorder().store().size() > saved);  // and the run went on
+        QVERIFY(principal_->trace().size() > saved);  // and the run went on
     }
 
     /// While the halt dialog waits, its HLT is the newest row already.

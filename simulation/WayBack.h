@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "files/WorkObserver.h"
+#include "simulation/Simulation.h"
+
+namespace tavinor {
+
+/// Finds the positions that the ways back of a simulation lead to. Nothing changes by looking. Only where one
+/// can go back.
+class WayBack {
+  public:
+    explicit WayBack(Simulation& simulation);
+
+    /// Before the newest instruction, or before all that the user has changed after it.
+    [[nodiscard]] Position oneStep() const { return history_.beforeNewest(); }
+    /// The latest state before the present one whose PC has a breakpoint, else the beginning.
+    /// @throws Cancelled when `observer` says so.
+    [[nodiscard]] Position toBreakpoint(WorkObserver& observer);
+    /// Just before whatever wrote the memory cell `address` (0..65535) last, be it an instruction or the
+    /// user, also with the same byte; nothing where nothing did. @throws Cancelled when `observer` says so.
+    [[nodiscard]] std::optional<Position> toLastWrite(std::int32_t address, WorkObserver& observer);
+
+    /// The instruction that is undone by going back to `position`; empty when that undoes changes of the
+    /// user.
+    [[nodiscard]] std::string undoneInstruction(const Position& position);
+
+  private:
+    std::optional<Position> lastBreakpointIn(const Position& from, const Position& to);
+    std::optional<Position> lastWriteIn(const Position& from, const Position& to, std::int32_t address);
+    template <typename Look>
+    std::optional<Position> lookBack(WorkObserver& observer, const Look& look);
+
+    const Breakpoints& breakpoints_;
+    History& history_;
+    Replay replay_;
+};
+
+}  // namespace tavinor

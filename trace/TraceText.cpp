@@ -1,0 +1,192 @@
+#include "trace/TraceText.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include "machine/Flags.h"
+#include "machine/HexText.h"
+#include "machine/MnemonicTable.h"
+#include "trace/InstructionCode.h"
+
+namespace tavinor {
+
+namespace {
+
+// Millions of rows are saved at once, so a line is put together from tables.
+
+constexpr char separator = '\t';
+
+using HexPairs = std::array<std::array<char, 2>, 256>;
+using FlagTexts = std::array<std::array<char, 5>, 256>;
+/// The text of each opcode without its placeholder.
+using Mnemonics = std::array<std::string_view, 256>;
+
+constexpr HexPairs makeHexPairs() {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    HexPairs pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i) pairs[i] = {digits[i / 16], digits[i % 16]};
+    return pairs;
+}
+
+constexpr FlagTexts makeFlagTexts() {
+    FlagTexts texts{};
+    for (std::size_t f = 0; f < texts.size(); ++f) texts[f] = flagDigits(static_cast<int>(f));
+    return texts;
+}
+
+constexpr Mnemonics makeMnemonics() {
+    Mnemonics texts{};
+    for (std::size_t opcode = 0; opcode < texts.size(); ++opcode) {
+        const std::string_view entry = tabla[opcode];
+        const std::string_view placeholder =
+            instructionLength(static_cast<std::uint8_t>(opcode)) == 2 ? byteOperand : wordOperand;
+        texts[opcode] = entry.substr(0, entry.find(placeholder));
+    }
+    return texts;
+}
+
+constexpr HexPairs hexPairs = makeHexPairs();
+constexpr FlagTexts flagTexts = makeFlagTexts();
+constexpr Mnemonics mnemonics = makeMnemonics();
+
+/// Writes the cells of one row one after the other. A row without typed texts always fits.
+class Line {
+  public:
+    void text(std::string_view s) {
+        std::memcpy(buffer_.data() + size_, s.data(), s.size());
+        size_ += s.size();
+    }
+    void byte(int value) {
+        const auto& pair = hexPairs[static_cast<std::size_t>(value)];
+        text({pair.data(), pair.size()});
+    }
+    void word(int value) {
+        byte(value >> 8);
+        byte(value & 255);
+    }
+    void separate() { buffer_[size_++] = separator; }
+
+    void instruction(const TraceRow& row);
+    void registers(const RegisterImage& r);
+
+    [[nodiscard]] std::string_view view() const { return {buffer_.data(), size_}; }
+
+  private:
+    std::array<char, 128> buffer_;
+    std::size_t size_ = 0;
+};
+
+/// DIR, DAT and INS. DAT is as wide as its header, whatever the length.
+void Line::instruction(const TraceRow& row) {
+    constexpr std::array<std::string_view, 4> padding{"", "       ", "    ", " "};
+    const int length = instructionLength(opcodeOf(row.code));
+    word(row.address);
+    separate();
+    for (int i = 0; i < length; ++i) {
+        if (i > 0) text(" ");
+        byte(codeByte(row.code, i));
+    }
+    text(padding[static_cast<std::size_t>(length)]);
+    separate();
+    text(mnemonics[opcodeOf(row.code)]);
+    if (length == 2) byte(codeByte(row.code, 1));
+    if (length == 3) word(wordOperandOf(row.code));
+}
+
+void Line::registers(const RegisterImage& r) {
+    const auto cell = [this](int value) {
+        byte(value);
+        separate();
+    };
+    const auto pair = [&](RegisterImage::Word word) {
+        cell(highByte(r.word(word)));
+        cell(lowByte(r.word(word)));
+    };
+    const int F = lowByte(r.word(RegisterImage::AF));
+    const auto& flags = flagTexts[static_cast<std::size_t>(F)];
+    cell(highByte(r.word(RegisterImage::AF)));
+    pair(RegisterImage::BC);
+    pair(RegisterImage::DE);
+    cell(F);
+    text({flags.data(), flags.size()});
+    separate();
+    pair(RegisterImage::HL);
+    cell(r.M());
+    word(r.word(RegisterImage::PC));
+    separate();
+    word(r.word(RegisterImage::SP));
+}
+
+Line plainLine(const TraceRow& row) {
+    constexpr std::string_view noInstruction = "\t\t";
+    constexpr std::string_view noRegisters = "\t\t\t\t\t\t\t\t\t\t\t";
+    Line line;
+    if (row.hasInstruction) {
+        line.instruction(row);
+    } else {
+        line.text(noInstruction);
+    }
+    line.separate();
+    if (row.hasRegisters) {
+        line.registers(row.registers);
+    } else {
+        line.text(noRegisters);
+    }
+    return line;
+}
+
+RowCells split(std::string_view line) {
+    RowCells cells;
+    for (std::string& cell : cells) {
+        const std::size_t end = line.find(separator);
+        cell = line.substr(0, end);
+        line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+    }
+    return cells;
+}
+
+template <typename Cells>
+void appendJoined(std::string& out, const Cells& cells) {
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+        if (column > 0) out += separator;
+        out += cells[column];
+    }
+}
+
+/// The columns of the boxes' texts, in their order: all register columns but that of the flags.
+constexpr std::array<std::size_t, 11> textColumns{3, 4, 5, 6, 7, 8, 10, 11, 12, 13, 14};
+
+}  // namespace
+
+RegisterTexts registerTexts(const RegisterImage& r) {
+    using R = RegisterImage;
+    const auto high = [&r](R::Word word) { return hexa(highByte(r.word(word)), 2); };
+    const auto low = [&r](R::Word word) { return hexa(lowByte(r.word(word)), 2); };
+    const auto whole = [&r](R::Word word) { return hexa(int{r.word(word)}, 4); };
+    return {high(R::AF), high(R::BC), low(R::BC),          high(R::DE),  low(R::DE),  low(R::AF),
+            high(R::HL), low(R::HL),  hexa(int{r.M()}, 2), whole(R::PC), whole(R::SP)};
+}
+
+RowCells rowCells(const TraceRow& row, const RowTexts* texts) {
+    RowCells cells = split(plainLine(row).view());
+    if (texts == nullptr) return cells;
+    if (texts->address) cells[0] = *texts->address;
+    if (texts->registers) {
+        for (std::size_t i = 0; i < textColumns.size(); ++i) cells[textColumns[i]] = (*texts->registers)[i];
+    }
+    return cells;
+}
+
+void appendLine(std::string& out, const TraceRow& row, const RowTexts* texts) {
+    if (texts == nullptr) {
+        out += plainLine(row).view();
+    } else {
+        appendJoined(out, rowCells(row, texts));
+    }
+}
+
+void appendHeaderLine(std::string& out) {
+    appendJoined(out, traceHeader);
+}
+
+}  // namespace tavinor
