@@ -20,7 +20,6 @@ namespace tavinor {
 namespace {
 
 /// Far beyond any program: a source of this much is none, and its panes would take many times its memory.
-constexpr std::uint64_t maximumSourceSize = std::uint64_t{64} << 20;
 constexpr std::size_t maximumLines = 2'000'000;
 
 /// The two panes and the result of one run.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -30,6 +31,9 @@ struct AssemblyResult {
 /// `opcodes` are the sources of the opcode table.
 AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
                         std::span<const std::string_view> opcodes = opcodeSources);
+
+/// A longer source, in bytes, is refused.
+constexpr std::uint64_t maximumSourceSize = std::uint64_t{64} << 20;
 
 /// Assembles the file `file1` and, when there was no error, writes the HEX file `file2` and shows its records
 /// in the report pane. Writes no listing file: see `creafilelst`. @throws std::bad_alloc, with the HEX file

@@ -120,7 +120,8 @@ void Ensamblador::run() {
 }
 
 void Ensamblador::assembleFiles() {
-    requireMemory(static_cast<std::uint64_t>(QFileInfo(file1->text()).size()) * memoryOfAByte);
+    const auto size = static_cast<std::uint64_t>(QFileInfo(file1->text()).size());
+    if (size <= maximumSourceSize) requireMemory(size * memoryOfAByte);  // a longer one is refused
     PaneFeeder feeder(filelst, filehex, this);
     const AssemblyResult result = Ensambla(toPath(file1->text()), toPath(file2->text()), feeder);
     feeder.finish();

@@ -57,6 +57,8 @@ void FileDialog::accept() {
         case TypedName::Kind::nothing: name_->selectAll(); break;
         case TypedName::Kind::folder:
             setDirectory(typed.path);
+            name_->setFocus();  // without a name the button is disabled, and would hand the focus to
+                                // "Cancelar"
             name_->clear();
             break;
         case TypedName::Kind::pattern:

@@ -1,7 +1,5 @@
 #include "ui/editor/TextPieces.h"
 
-#include <utility>
-
 namespace tavinor {
 
 QString TextPieces::next() {
@@ -9,7 +7,9 @@ QString TextPieces::next() {
     for (int lines = 0; end < text_.size() && end - taken_ < enough && lines < mostLines; ++lines) {
         end = lineEnd(end);
     }
-    return text_.mid(std::exchange(taken_, end), end - taken_);
+    QString piece = text_.mid(taken_, end - taken_);
+    taken_ = end;  // not before: without memory for the piece, it is the next one again
+    return piece;
 }
 
 void TextPieces::handOut(const std::function<void(const QString&)>& take) const {

@@ -121,7 +121,7 @@ void ListingView::mousePressEvent(QMouseEvent* event) {
 /// the row under the pointer anew.
 void ListingView::mouseDoubleClickEvent(QMouseEvent* event) {
     mousePressEvent(event);
-    if (itemAt(event->pos()) != nullptr) emit prg_DblClick();
+    if (event->button() == Qt::LeftButton && itemAt(event->pos()) != nullptr) emit prg_DblClick();
 }
 
 void ListingView::wheelEvent(QWheelEvent* event) {

@@ -264,6 +264,16 @@ class OutcomeTest : public QObject {
         QVERIFY(!QFile::exists(user_->path("prog.HEX")));
     }
 
+    /// However much memory it would take: it is not read.
+    void refusesAnAbsurdlyLargeSource() {
+        user_->write("prog.asm", goodSource);
+        QFile source(user_->path("prog.asm"));
+        QVERIFY(source.resize(qint64{1} << 40));
+        const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
+        compareFailure(shown, {"==> ERROR: Fichero de más de 64 MiB"},
+                       {"==> ERROR: Fichero de más de 64 MiB"});
+    }
+
     void keepsTheEncodingOfTheSource_data() {
         QTest::addColumn<QByteArray>("source");
         const QString text = "AÑO: JMP AÑO ; así € sí\r\n";

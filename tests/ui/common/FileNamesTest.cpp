@@ -1,6 +1,8 @@
 #include <QComboBox>
 #include <QDateTime>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QPushButton>
 #include <QTest>
 
 #include "tests/ui/common/FileDialogFixture.h"
@@ -171,6 +173,22 @@ class FileNamesTest : public QObject {
             });
             QCOMPARE(chosen, f.path("sub/c.asm"));
         }
+    }
+
+    /// The name is gone, so the button cannot be pressed, and Qt would hand the focus on to "Cancelar".
+    void aFolderEnteredByTheButtonLeavesTheFocusToTheName() {
+        FileDialogFixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.ask(false, {}, [&](QFileDialog& dialog) {
+            typeWithoutEnter(dialog, "sub");
+            hideListOfNames();
+            auto* open = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+            open->setFocus();
+            pressKey(&dialog, Qt::Key_Space);
+            QCOMPARE(dialog.directory().path(), f.path("sub"));
+            QCOMPARE(QApplication::focusWidget(), nameField(dialog));
+            pressKey(&dialog, Qt::Key_Escape);
+        });
     }
 
     /// The list of the names that begin with what was typed would take the next click.

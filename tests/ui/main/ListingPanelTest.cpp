@@ -128,6 +128,14 @@ class ListingPanelTest : public QObject {
         QCOMPARE(breakpoint(2), 0);
     }
 
+    void anotherButtonsDoubleClickSetsNone() {
+        QListWidget* listing = s_->listing();
+        for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+            QTest::mouseDClick(listing->viewport(), button, Qt::NoModifier, s_->placeOfRow(1));
+            QCOMPARE(breakpoint(1), 0);
+        }
+    }
+
     void f9StandsForTheDoubleClick() {
         s_->clickRow(7);
         key(Qt::Key_F9);
