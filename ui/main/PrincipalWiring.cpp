@@ -76,6 +76,7 @@ void Principal::layOut() {
     setCentralWidget(central);
     state_ = named(new QLabel(this), QStringLiteral("estado"), {});
     state_->setTextFormat(Qt::PlainText);
+    state_->setIndent(8);
     statusBar()->addWidget(state_, 1);
     statusBar()->setSizeGripEnabled(false);
     // Room for the whole listing and a good piece of memory, where the screen has it.
