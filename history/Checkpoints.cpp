@@ -68,8 +68,12 @@ void Checkpoints::restoreBefore(const Position& at, Moment& moment) const {
 
 std::size_t Checkpoints::bytes() const {
     constexpr std::size_t bytesOfAPage = pageSize + 2 * sizeof(PagePool::Id);
+    return pool_.held() * bytesOfAPage + bytesOfPoints();
+}
+
+std::size_t Checkpoints::bytesOfPoints() const {
     constexpr std::size_t bytesOfANode = sizeof(Points::value_type) + 4 * sizeof(void*);
-    return pool_.held() * bytesOfAPage + points_.size() * bytesOfANode;
+    return points_.size() * bytesOfANode;
 }
 
 bool Checkpoints::tooLarge(std::size_t eighths) const {

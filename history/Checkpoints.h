@@ -58,6 +58,8 @@ class Checkpoints {
     [[nodiscard]] std::size_t count() const { return points_.size(); }
     /// The memory that they take.
     [[nodiscard]] std::size_t bytes() const;
+    /// The same with what is reserved for more of them.
+    [[nodiscard]] std::size_t reservedBytes() const { return bytesOfPoints() + pool_.reservedBytes(); }
 
   private:
     /// Those as near to the newest one as this are not thinned out.
@@ -93,6 +95,7 @@ class Checkpoints {
     using Points = std::map<Position, Point>;
 
     [[nodiscard]] Points::const_iterator pointBefore(const Position& at) const;
+    [[nodiscard]] std::size_t bytesOfPoints() const;
     [[nodiscard]] bool tooLarge(std::size_t eighths) const;
     void thinOut();
     std::size_t dropOld();

@@ -28,6 +28,11 @@ class PagePool {
     [[nodiscard]] const std::uint8_t* bytes(Id page) const noexcept;
     /// The pages that are held.
     [[nodiscard]] std::size_t held() const noexcept { return owners_.size() - free_.size(); }
+    /// The memory that the pool takes, with room for more pages than are held.
+    [[nodiscard]] std::size_t reservedBytes() const noexcept {
+        return slabs_.size() * sizeof(Slab) + owners_.capacity() * sizeof(std::uint32_t) +
+               free_.capacity() * sizeof(Id);
+    }
 
   private:
     static constexpr std::size_t pagesOfASlab = 1024;

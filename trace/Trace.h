@@ -13,8 +13,8 @@ namespace tavinor {
 /// boxes have changed between two of them. It holds no rows. It knows where the state rows are, and what was
 /// being typed; the rest is executed again by a `TraceReader`.
 ///
-/// Whoever executes instructions tells it around each of them, in this order: `listainstru`, the history's
-/// `executed`, `listareg`.
+/// It is told of instructions before and after, in this order: `listainstru`, the history's `executed`,
+/// `listareg`.
 class Trace {
   public:
     /// What a row has besides what its instruction says, because the user was typing.

@@ -16,7 +16,7 @@ namespace tavinor {
 
 /// The text box of the editor: fixed-width, unwrapped, tab stops every eight columns. A line end counts as
 /// one character. Qt takes a microsecond or more for each line, so a long text is in view at once
-/// and comes in by pieces while nothing else is going on; whoever types, clicks or reads finds all of it
+/// and comes in by pieces while nothing else is going on; what is typed, clicked or read finds all of it
 /// there.
 class SourceEdit : public UnwrappedText {
     Q_OBJECT
