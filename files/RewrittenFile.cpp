@@ -48,8 +48,8 @@ bool rewrite(File& file, std::string_view bytes, WorkObserver& observer) {
         }
         return good;
     };
-    if (put(overlap, bytes.size()) && put(0, overlap) && file.resize(bytes.size()) && file.flush())
-        return true;
+    const bool all = put(overlap, bytes.size()) && put(0, overlap);
+    if (all && file.resize(bytes.size()) && file.flush()) return true;
     if (file.seek(0)) file.write(*old);
     file.resize(*oldSize);
     if (!goesOn) throw Cancelled{};

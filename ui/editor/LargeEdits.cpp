@@ -66,7 +66,7 @@ int LargeEdits::state() const {
     return box_->document()->availableUndoSteps();
 }
 
-void LargeEdits::replace(QTextCursor removed, QTextCursor place, const QString& text) {
+void LargeEdits::replace(const QTextCursor& removed, QTextCursor place, const QString& text) {
     const double all = lengthOf(removed) + static_cast<double>(text.size());
     const auto portion = [this, removed, place, pieces = TextPieces(text), all]() mutable {
         if (removed.hasSelection()) {

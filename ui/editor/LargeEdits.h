@@ -30,7 +30,7 @@ class LargeEdits : public QObject {
 
     /// Takes away what `removed` selects, and puts `text`, whose lines end in LF, in at `place`; the caret is
     /// behind it then.
-    void replace(QTextCursor removed, QTextCursor place, const QString& text);
+    void replace(const QTextCursor& removed, QTextCursor place, const QString& text);
     /// Takes away what the user has selected and, unless that is cancelled, has Qt do the `rest`, which
     /// belongs to the same change.
     void removeSelection(const std::function<void()>& rest = [] {});
