@@ -226,11 +226,12 @@ void Principal::showRegisters() {
 void Principal::showWritten() {
     const Written written = simulation_.takeWritten();
     for (std::size_t page = 0; page < written.pages.size(); ++page) {
-        if (written.pages[page])
-            memory_->setCells(page * pageSize, &machine().mem[page * pageSize], pageSize);
+        const std::size_t first = page * pageSize;
+        if (written.pages[page]) memory_->setCells(first, &machine().mem[first], pageSize);
     }
-    for (const auto& [address, byte] : simulation_.shownCells())
+    for (const auto& [address, byte] : simulation_.shownCells()) {
         memory_->setCells(static_cast<std::size_t>(address), &byte, 1);
+    }
     if (written.ports) ports_->setCells(0, machine().port.data(), machine().port.size());
     memory_->bringUpToDate();
     ports_->bringUpToDate();
