@@ -263,7 +263,7 @@ class LargeEditsTest : public QObject {
         QCOMPARE(f.box.toPlainText(), QString("xHLT\n"));
     }
 
-    void whoeverComesInBetweenFindsAllOfIt() {
+    void whatComesInBetweenFindsAllOfIt() {
         Fixture f("HLT\n");
         QString found;
         f.meanwhile = [&] { found = f.box.source(); };
