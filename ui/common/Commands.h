@@ -35,7 +35,7 @@ class CommandCheckBox : public QCheckBox {
     CommandCheckBox(const QString& name, const QString& accessibleName, const QString& caption,
                     QWidget* parent);
 
-    /// Shows a state without any signal.
+    /// Shows a state, which the user has not chosen: no `changedByUser`.
     void showChecked(bool checked);
 
   signals:

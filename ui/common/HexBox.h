@@ -39,7 +39,8 @@ class HexBox : public QLineEdit {
     /// The value of that; nothing, too, when it is blank.
     [[nodiscard]] std::optional<int> normalValue() const;
 
-    /// Shows `text` without any signal: what was typed is gone.
+    /// Shows `text`; what was typed is gone. Nothing is announced as entered (no `validated`, no `left`), but
+    /// `textChanged` tells of another text, and `editedChanged` that the user is no longer typing.
     void showText(const QString& text);
     /// Shows a value in the box's number of digits.
     void showValue(int value);

@@ -17,7 +17,8 @@ class ListingView : public QListWidget {
     Q_OBJECT
 
   public:
-    /// The row of the program counter is marked, with or without the selection; -1 = none shows it.
+    /// True for the row of the program counter, which is marked whether or not it is selected; true for no
+    /// row where that address is not listed.
     static constexpr int programCounterRole = Qt::UserRole;
     /// Where a row has its "*" or a blank.
     static constexpr int breakpointColumn = 4;

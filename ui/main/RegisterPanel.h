@@ -24,7 +24,7 @@ class RegisterPanel : public QGroupBox {
 
     /// Writes the shown values into the boxes; what was being typed is gone.
     void bringUpToDate();
-    /// The flag byte as the flag boxes show it: what `comenta` speaks of.
+    /// The flag byte as the flag boxes show it, bit i from box i.
     [[nodiscard]] int shownFlags() const;
     /// Whether a box holds text that was typed and not left yet.
     [[nodiscard]] bool edited() const { return editedBoxes_ > 0; }
