@@ -22,7 +22,7 @@ namespace {
 
 constexpr int allUsers = 0666;  // less what the user's mask takes away
 constexpr int ownerOnly = 0600;
-constexpr std::size_t chunkSize = std::size_t{64} * 1024;
+constexpr std::size_t readingChunk = std::size_t{64} * 1024;
 
 // What the two families of systems call differently.
 #if defined(_WIN32)
@@ -230,7 +230,7 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path, std:
     if (!unknown && size > most) return std::nullopt;
     std::string bytes;
     if (!unknown) bytes.reserve(static_cast<std::size_t>(size));
-    std::array<char, chunkSize> chunk{};
+    std::array<char, readingChunk> chunk{};
     while (const std::optional<std::size_t> count = file.read(chunk)) {
         if (*count == 0) return bytes;
         if (*count > most - bytes.size()) return std::nullopt;

@@ -56,8 +56,8 @@ LoadResult success(Breakpoints& breakpoints) {
 }
 
 /// The end of a file without an end record. A last code of 5 cannot arrive here; its two outcomes are kept.
-LoadResult endOfFile(RecordCode last, bool checksumError, const std::filesystem::path& path,
-                     Breakpoints& breakpoints) {
+LoadResult endWithoutRecord(RecordCode last, bool checksumError, const std::filesystem::path& path,
+                            Breakpoints& breakpoints) {
     if (last != RecordCode::endRecord) return failure(path, noEndReason);
     if (checksumError) return failure(path, "Error de checksum.");
     return success(breakpoints);
@@ -77,7 +77,7 @@ LoadResult loadRecords(const std::filesystem::path& path, MachineState& m, Break
             default: return failure(path, reasonText(code));
         }
     }
-    return endOfFile(code, checksumError, path, breakpoints);
+    return endWithoutRecord(code, checksumError, path, breakpoints);
 }
 
 }  // namespace

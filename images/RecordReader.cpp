@@ -8,7 +8,7 @@ namespace tavinor {
 
 namespace {
 
-constexpr std::size_t chunkSize = std::size_t{64} * 1024;
+constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 constexpr int endOfFile = -1;
 
 /// A line under construction: no blanks around it, and of a long one only the characters that count.
@@ -62,7 +62,7 @@ double sizeOf(const std::filesystem::path& path) {
 }  // namespace
 
 RecordReader::RecordReader(const std::filesystem::path& path, WorkObserver& observer)
-    : file_(File::forReading(path)), observer_(observer), fileSize_(sizeOf(path)), buffer_(chunkSize) {
+    : file_(File::forReading(path)), observer_(observer), fileSize_(sizeOf(path)), buffer_(bufferSize) {
     if (!file_.isOpen()) throw std::ios_base::failure("cannot open");
 }
 

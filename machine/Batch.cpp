@@ -108,7 +108,7 @@ class BatchBus {
     do {
         const std::int32_t start = r.PC;
         const std::uint8_t op = bus.byte();
-        if (!Instruction(r, bus).execute(op)) {
+        if (!Opcodes(r, bus).execute(op)) {
             r.PC = start;
             end = End::singleStep;
             break;

@@ -19,9 +19,9 @@ namespace tavinor {
 ///   extra(t)            T-states besides those of the opcode: its condition holds
 ///   mayCall(), halt()   false when the instruction is not for this way of executing
 template <class Cells, class Bus>
-class Instruction {
+class Opcodes {
   public:
-    Instruction(Cells& cells, Bus& outside) : m(cells), bus(outside) {}
+    Opcodes(Cells& cells, Bus& outside) : m(cells), bus(outside) {}
 
     /// Executes the instruction that begins with `op`. False when it has to be left to a single step: then
     /// nothing but PC has changed.
@@ -162,7 +162,7 @@ class Instruction {
 
 /// One line an opcode, in the order of the processor's chart.
 template <class Cells, class Bus>
-bool Instruction<Cells, Bus>::execute(int op) {
+bool Opcodes<Cells, Bus>::execute(int op) {
     // clang-format off
     switch (op) {
         case 0x00: break;                                         // NOP

@@ -23,7 +23,7 @@ class SingleStep {
     void execute(int op) {
         m_.PC = start_ + stride_;
         tStates_ = tStates[static_cast<std::size_t>(op)];
-        Instruction(m_, *this).execute(op);
+        Opcodes(m_, *this).execute(op);
     }
 
     [[nodiscard]] int tStatesTaken() const { return tStates_; }

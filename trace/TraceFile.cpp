@@ -10,7 +10,7 @@ namespace tavinor {
 
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view rowEnd = "\r\n";
 constexpr std::uint64_t portion = 65'536;
 
 }  // namespace
@@ -22,7 +22,7 @@ bool TraceFile::open() {
     file_ = File::forWriting(path_);
     if (!file_.isOpen()) return false;
     appendHeaderLine(text_);
-    text_ += lineEnd;
+    text_ += rowEnd;
     return write();
 }
 
@@ -30,7 +30,7 @@ bool TraceFile::writeMore() {
     const std::uint64_t count = std::min(portion, rows_ - next_);
     reader_.read(next_, count, [this](const TraceRow& row, const RowTexts* texts) {
         appendLine(text_, row, texts);
-        text_ += lineEnd;
+        text_ += rowEnd;
     });
     next_ += count;
     return write();

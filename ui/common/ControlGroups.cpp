@@ -12,29 +12,29 @@ namespace tavinor {
 
 namespace {
 
-constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t noLimit = std::numeric_limits<std::uint64_t>::max();
 
 /// How a version of control groups calls its files.
-struct Version {
+struct GroupVersion {
     std::vector<std::string_view> mounts;  // below `root`, where the groups are folders
     std::vector<std::string_view> limits;
     std::string_view used;
     std::array<std::string_view, 2> kept;  // lines of memory.stat: what is given back when it is needed
 };
 
-const Version& first() {
-    static const Version names{{"sys/fs/cgroup/memory"},
-                               {"memory.limit_in_bytes"},
-                               "memory.usage_in_bytes",
-                               {"total_inactive_file", "total_active_file"}};
+const GroupVersion& first() {
+    static const GroupVersion names{{"sys/fs/cgroup/memory"},
+                                    {"memory.limit_in_bytes"},
+                                    "memory.usage_in_bytes",
+                                    {"total_inactive_file", "total_active_file"}};
     return names;
 }
 
-const Version& second() {
-    static const Version names{{"sys/fs/cgroup", "sys/fs/cgroup/unified"},
-                               {"memory.max", "memory.high"},
-                               "memory.current",
-                               {"inactive_file", "active_file"}};
+const GroupVersion& second() {
+    static const GroupVersion names{{"sys/fs/cgroup", "sys/fs/cgroup/unified"},
+                                    {"memory.max", "memory.high"},
+                                    "memory.current",
+                                    {"inactive_file", "active_file"}};
     return names;
 }
 
@@ -47,10 +47,10 @@ std::string joined(const std::string& folder, std::string_view name) {
 std::uint64_t numberIn(const std::string& file) {
     std::ifstream stream(file);
     std::uint64_t number = 0;
-    return stream >> number ? number : unlimited;
+    return stream >> number ? number : noLimit;
 }
 
-std::uint64_t keptIn(const std::string& group, const Version& names) {
+std::uint64_t keptIn(const std::string& group, const GroupVersion& names) {
     std::ifstream stream(joined(group, "memory.stat"));
     std::string line;
     std::uint64_t bytes = 0;
@@ -61,19 +61,19 @@ std::uint64_t keptIn(const std::string& group, const Version& names) {
     return sum;
 }
 
-std::uint64_t roomIn(const std::string& group, const Version& names) {
-    std::uint64_t limit = unlimited;
+std::uint64_t roomIn(const std::string& group, const GroupVersion& names) {
+    std::uint64_t limit = noLimit;
     for (const std::string_view name : names.limits) limit = std::min(limit, numberIn(joined(group, name)));
     const std::uint64_t used = numberIn(joined(group, names.used));
-    if (limit == unlimited || used == unlimited) return unlimited;
+    if (limit == noLimit || used == noLimit) return noLimit;
     const std::uint64_t needed = used - std::min(used, keptIn(group, names));
     return limit - std::min(limit, needed);
 }
 
 /// The least room of a group, which is a path such as "/user.slice/x", and of all those around it. Inside a
 /// container some of them may not be there.
-std::uint64_t roomUpFrom(const std::string& root, std::string group, const Version& names) {
-    std::uint64_t room = unlimited;
+std::uint64_t roomUpFrom(const std::string& root, std::string group, const GroupVersion& names) {
+    std::uint64_t room = noLimit;
     while (true) {
         for (const std::string_view mount : names.mounts) {
             room = std::min(room, roomIn(joined(root, mount) + group, names));
@@ -99,7 +99,7 @@ bool listed(std::string_view controllers, std::string_view controller) {
 std::uint64_t roomInControlGroups(const std::filesystem::path& place) {
     const std::string root = place.string();
     std::ifstream list(joined(root, "proc/self/cgroup"));
-    std::uint64_t room = unlimited;
+    std::uint64_t room = noLimit;
     for (std::string line; std::getline(list, line);) {
         const std::size_t colon = std::min(line.find(':'), line.size());
         const std::size_t slash = line.find(":/", std::min(colon + 1, line.size()));

@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::uintmax_t largest =
     std::uintmax_t{128} * 1024 * 1024;  // of what the editor could have written
-constexpr std::size_t chunkSize = std::size_t{64} * 1024;
+constexpr std::size_t hashedChunk = std::size_t{64} * 1024;
 constexpr auto algorithm = QCryptographicHash::Blake2b_256;
 
 QByteArray digestOf(const QString& path) {
     File file = File::forReading(toPath(path));
     QCryptographicHash hash(algorithm);
-    std::array<char, chunkSize> chunk{};
+    std::array<char, hashedChunk> chunk{};
     while (const std::optional<std::size_t> count = file.read(chunk)) {
         if (*count == 0) return hash.result();
         hash.addData(QByteArrayView(chunk.data(), static_cast<qsizetype>(*count)));

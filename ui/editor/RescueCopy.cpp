@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr qsizetype chunkSize = qsizetype{64} * 1024;  // characters
+constexpr qsizetype writtenChunk = qsizetype{64} * 1024;  // characters
 
 bool canEncodeAll(const RescueCopy::Text& text, TextEncoding encoding) {
     bool all = true;
@@ -28,7 +28,7 @@ class Writer {
 
     void add(const QString& line) {
         chunk_ += line;
-        if (chunk_.size() >= chunkSize) write();
+        if (chunk_.size() >= writtenChunk) write();
     }
 
     /// False when any of it could not be written.
