@@ -25,7 +25,10 @@ constexpr int fewestRows = 4;
 }  // namespace
 
 ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
-    : QAbstractTableModel(parent), size_(size), digits_(digits) {}
+    : QAbstractTableModel(parent),
+      size_(size),
+      digits_(digits),
+      changedRows_(static_cast<std::size_t>(size / columns)) {}
 
 int ByteGridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : size_ / columns;
@@ -56,22 +59,26 @@ QVariant ByteGridModel::headerData(int section, Qt::Orientation orientation, int
 
 void ByteGridModel::fill(std::uint8_t byte) {
     bytes_.assign(static_cast<std::size_t>(size_), byte);
-    changed_ = true;
+    changedRows_.assign(changedRows_.size(), true);
 }
 
 void ByteGridModel::setCells(std::size_t first, const std::uint8_t* bytes, std::size_t count) {
-    const auto shown = bytes_.begin() + static_cast<std::ptrdiff_t>(first);
-    if (std::equal(bytes, bytes + count, shown)) return;
-    std::copy_n(bytes, count, shown);
-    changed_ = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (bytes_[first + i] == bytes[i]) continue;
+        bytes_[first + i] = bytes[i];
+        changedRows_[(first + i) / static_cast<std::size_t>(columns)] = true;
+    }
 }
 
 std::uint8_t ByteGridModel::cell(std::int32_t address) const {
     return bytes_[asIndex(address, static_cast<std::int32_t>(bytes_.size()))];
 }
 
-bool ByteGridModel::takeChanged() {
-    return std::exchange(changed_, false);
+bool ByteGridModel::takeRowChanged(int row) {
+    auto changed = changedRows_[static_cast<std::size_t>(row)];
+    const bool before = changed;
+    changed = false;
+    return before;
 }
 
 QString ByteGridModel::cellText(std::int32_t address) const {
@@ -146,7 +153,13 @@ void ByteGrid::scrollNear(std::int32_t address) {
 }
 
 void ByteGrid::refresh() {
-    if (model_->takeChanged()) viewport()->update();
+    const int below = rowAt(viewport()->height() - 1);
+    const int last = below >= 0 ? below : model_->rowCount() - 1;
+    for (int row = rowAt(0); row <= last; ++row) {
+        if (model_->takeRowChanged(row)) {
+            viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
+        }
+    }
 }
 
 void ByteGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

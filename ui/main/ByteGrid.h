@@ -28,10 +28,10 @@ class ByteGridModel : public QAbstractTableModel {
     /// Gives every cell the same byte.
     void fill(std::uint8_t byte);
     /// Changes the bytes of `count` cells of the filled grid from `first` on; it has them. Nothing is drawn
-    /// until `takeChanged` has been asked.
+    /// until `takeRowChanged` has been asked.
     void setCells(std::size_t first, const std::uint8_t* bytes, std::size_t count);
-    /// Whether a cell has changed since the last question.
-    [[nodiscard]] bool takeChanged();
+    /// Whether a cell of a row has changed since the last question about that row.
+    [[nodiscard]] bool takeRowChanged(int row);
     /// The byte of a cell of the filled grid. @throws RuntimeError subscript when `address` has no cell.
     [[nodiscard]] std::uint8_t cell(std::int32_t address) const;
     /// The text of a cell, two digits; empty until the cells are filled.
@@ -41,7 +41,7 @@ class ByteGridModel : public QAbstractTableModel {
     int size_;
     std::vector<std::uint8_t> bytes_;
     int digits_;
-    bool changed_ = false;
+    std::vector<bool> changedRows_;
 };
 
 /// The table of a byte grid. Its current cell is the selected address.
@@ -58,7 +58,7 @@ class ByteGrid : public QTableView {
     void showCurrent(std::int32_t address);
     /// Shows `address` with one row of context above it.
     void scrollNear(std::int32_t address);
-    /// Draws the cells that changed.
+    /// Draws the rows that changed, of those in view: in a run most of what is written is not.
     void refresh();
 
     [[nodiscard]] QSize sizeHint() const override;

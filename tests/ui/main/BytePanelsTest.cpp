@@ -1,5 +1,6 @@
 #include <QGroupBox>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QTest>
 
@@ -8,6 +9,23 @@
 #include "tests/ui/main/ViewsCheck.h"
 
 using namespace tavinor;
+
+namespace {
+
+/// Notes what of a widget is painted.
+class PaintedRegion : public QObject {
+  public:
+    explicit PaintedRegion(QWidget* widget) { widget->installEventFilter(this); }
+    QRegion region;
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) region += static_cast<const QPaintEvent*>(event)->region();
+        return false;
+    }
+};
+
+}  // namespace
 
 /// The memory and the port grid with their address and data boxes.
 class BytePanelsTest : public QObject {
@@ -118,6 +136,21 @@ class BytePanelsTest : public QObject {
         s_->clickCell("grdport", 0);
         pressKey(&s_->window, Qt::Key_Down);
         QCOMPARE(s_->text("txtDirPort"), "10");
+    }
+
+    /// The program changes a cell in view and one far below.
+    void onlyWhatChangedIsPainted() {
+        s_->load(0, QByteArray::fromHex("3E01320010322500"));  // MVI A,1; STA 1000; STA 0025
+        const QTableView* grid = s_->grid("grdmem");
+        const QRect rowOf0025(0, grid->rowViewportPosition(2), grid->viewport()->width(), grid->rowHeight(2));
+        PaintedRegion painted(grid->viewport());
+        QTest::qWait(100);  // whatever was still to be painted
+        for (const QRect& expected : {QRect(), QRect(), rowOf0025}) {
+            painted.region = {};
+            s_->press("Eje_paso");
+            QTest::qWait(100);
+            QCOMPARE(painted.region.boundingRect(), expected);
+        }
     }
 
     void tabGoesOn() {
