@@ -11,7 +11,8 @@ namespace tavinor {
 /// The Intel HEX records of an image in ascending order, end record included, each with its line end.
 ///
 /// A record holds up to 16 bytes and ends at a gap. One that begins above FFF0 and meets no gap claims 16
-/// bytes all the same, in its count and its checksum, although it carries those up to FFFF only.
+/// bytes all the same, in its count and its checksum, although it carries those up to FFFF only: see
+/// behaviour.md, Assembler: HEX and listing files.
 std::string hexRecords(const ImageBuffer& image);
 
 /// Writes the records of `image` to a file and puts them in place of the report's text.

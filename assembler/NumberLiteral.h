@@ -23,7 +23,8 @@ std::int32_t bintodec(std::string_view digits);
 /// when it is too large for the context.
 ///
 /// The last character decides the base, in the order H, B, D, none: 1BH is hexadecimal, 11B is binary, and
-/// 12B is nothing. A hexadecimal number begins with a decimal digit (0FFH): FFH is a label.
+/// 12B is nothing. A hexadecimal number begins with a decimal digit (0FFH): FFH is a label. See behaviour.md,
+/// Assembler: numbers.
 std::int32_t cmpnum(std::string_view text, NumberContext context);
 
 /// The value of numbers joined by "+" and "-", blanks around each allowed.

@@ -9,7 +9,8 @@ namespace tavinor {
 /// (the comma stays before an immediate operand), {n} the bytes of the immediate operand, HEX the code with
 /// 00 in the operand's place. In ascending order by key, which the lookup needs.
 ///
-/// RST5 (entry 207) gives DF, as RST3 does, on purpose: no key gives EF.
+/// RST5 (entry 207) gives DF, as RST3 does, and no key gives EF: see behaviour.md, Assembler: directives and
+/// code.
 // clang-format off
 inline constexpr std::array<std::string_view, 247> opcodeSources{
     "ACI{1}^CE00",

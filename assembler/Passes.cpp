@@ -90,7 +90,8 @@ void Passes::setAddress(std::size_t i) {
 std::int64_t Passes::sizeOf(const SourceStatement& statement) const {
     if (statement.code >= 0) return static_cast<std::int64_t>(table_.row(statement.code).size());
     if (statement.code != directiveDfb && statement.code != directiveDfw) return 0;
-    // Every comma counts, those of the label included, although they separate nothing.
+    // Every comma counts, those of the label included, although they separate nothing: see behaviour.md,
+    // Assembler: directives and code.
     const std::int64_t items = 1 + std::count(statement.text.begin(), statement.text.end(), ',');
     return statement.code == directiveDfb ? items : 2 * items;
 }
@@ -128,7 +129,7 @@ void Passes::encodeInstruction(std::size_t i) {
     const SourceStatement& statement = source_.statements()[i];
     const OpcodeEntry& entry = table_.row(statement.code);
     bytes_.push_back(static_cast<std::uint8_t>(hextodec(entry.opcode())));
-    // The operand of a one-byte instruction is not looked at.
+    // The operand of a one-byte instruction is not looked at: see behaviour.md, Assembler: lines.
     if (statement.size == 2) encodeOperand(i, statement.operand, NumberContext::byte);
     if (statement.size == 3) encodeOperand(i, statement.operand, NumberContext::word);
 }
@@ -150,7 +151,8 @@ void Passes::encodeOperand(std::size_t i, std::string_view operand, NumberContex
     const std::int32_t value = sacaoperando(operand_, context, symbols_);
     if (value < 0) errors_.msgerr(i, message::badOperand);
     bytes_.push_back(static_cast<std::uint8_t>(static_cast<std::uint32_t>(value)));
-    // What failed is listed too, with nothing in its high byte.
+    // What failed is listed too, with nothing in its high byte: see behaviour.md, Assembler: directives and
+    // code.
     if (context == NumberContext::word) bytes_.push_back(static_cast<std::uint8_t>(std::max(value, 0) / 256));
 }
 

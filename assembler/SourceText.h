@@ -19,7 +19,8 @@ class SourceText {
     SourceText& operator=(const SourceText&) = delete;
 
     /// The lines exactly as read, but for the empty ones at the top of the file: these vanish, and every line
-    /// number counts from the first line with something in it, be it a blank.
+    /// number counts from the first line with something in it, be it a blank: see behaviour.md, Assembler:
+    /// lines.
     [[nodiscard]] const std::vector<std::string_view>& rawLines() const { return rawLines_; }
     [[nodiscard]] std::string_view rawLine(const SourceStatement& statement) const {
         return rawLines_[static_cast<std::size_t>(statement.line)];

@@ -17,7 +17,8 @@ struct SplitErrors {
 /// Splits statements into label, code and operand.
 ///
 /// The text without its blanks is looked up first, before the word in front of the first blank. So MOV A , B
-/// may hold blanks, but CM A is CMA, JP E is a JPE without operand, and CP U is the directive CPU.
+/// may hold blanks, but CM A is CMA, JP E is a JPE without operand, and CP U is the directive CPU: see
+/// behaviour.md, Assembler: lines.
 class StatementSplitter {
   public:
     StatementSplitter(const OpcodeTable& table, SourceText& source) : table_(table), source_(source) {}

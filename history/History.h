@@ -19,7 +19,8 @@ namespace tavinor {
 /// there. What lies between is executed again when it is asked for (`Replay`).
 ///
 /// A change is all that was done from outside between two instructions, however many acts of the user it was.
-/// The way out of a HLT is a change of its own; it belongs to the instruction.
+/// The way out of a HLT is a change of its own; it belongs to the instruction. See behaviour.md, History:
+/// what is kept.
 class History {
   public:
     enum class Kind : std::uint8_t {

@@ -21,7 +21,7 @@ struct Moment {
     MachineState machine;
     Counters counters;
     /// What the box M shows: the byte that HL pointed to when the box was brought up to date. Each
-    /// instruction does that; some edits do not.
+    /// instruction does that; some edits do not: see behaviour.md, Simulation: between instructions.
     std::uint8_t shownM = 0;
 
     void showM() noexcept { shownM = machine.mem[static_cast<std::size_t>(machine.HL)]; }

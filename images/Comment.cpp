@@ -73,7 +73,7 @@ std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
         case 0x0A: return memoryComment(m, "BC", m.BC);
         case 0x1A: return memoryComment(m, "DE", m.DE);
         case 0x3A: return memoryComment(m, hexa(wordOperand, 4), wordOperand);
-        case 0xDB:  // no "=" here, unlike the memory forms
+        case 0xDB:  // without the "=" of memory: see behaviour.md, Images: comments
             return "p[" + hexa(byteOperand, 2) + "]" + hexa(m.port[static_cast<std::size_t>(byteOperand)], 2);
         default: return {};
     }

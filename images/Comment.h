@@ -9,7 +9,8 @@ namespace tavinor {
 
 /// A short comment in Spanish for the instruction at `dir` (0..65535); empty for most of them.
 ///
-/// Operands are read behind PC, not behind `dir`, so the comment is right only where the two are equal.
+/// Operands are read behind PC, not behind `dir`, so the comment is right only where the two are equal: see
+/// behaviour.md, Images: comments.
 /// `shownFlags` is the flag byte as the panel shows it.
 /// @throws RuntimeError subscript when `dir` or PC is outside 0..65535.
 std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir);

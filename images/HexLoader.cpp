@@ -55,7 +55,8 @@ LoadResult success(Breakpoints& breakpoints) {
     return {.loaded = true, .message = {}, .rightAlignedBox = false};
 }
 
-/// The end of a file without an end record. A last code of 5 cannot arrive here; its two outcomes are kept.
+/// The end of a file without an end record. A last code of 5 cannot arrive here, but has its two outcomes:
+/// see behaviour.md, Images: HEX files.
 LoadResult endWithoutRecord(RecordCode last, bool checksumError, const std::filesystem::path& path,
                             Breakpoints& breakpoints) {
     if (last != RecordCode::endRecord) return failure(path, noEndReason);

@@ -9,7 +9,8 @@
 #include "machine/MachineState.h"
 
 /// Loads Intel HEX files into the machine. The format is read leniently: by fixed positions, any character is
-/// accepted in a field, and the byte count is not compared with the length of the line.
+/// accepted in a field, and the byte count is not compared with the length of the line. See behaviour.md,
+/// Images: HEX files.
 namespace tavinor {
 
 /// What a line of a HEX file turned out to be.
@@ -17,8 +18,8 @@ enum class RecordCode : std::uint8_t {
     stored = 0,        ///< A data record, checksum correct.
     formatError = 1,   ///< No ":" in front, or a type other than 00 and 01.
     badChecksum = 2,   ///< Checksum wrong; a data record is stored all the same.
-    badOperation = 3,  ///< Never produced; its message is kept.
-    badAddress = 4,    ///< Never produced; its message is kept.
+    badOperation = 3,  ///< Never produced; see behaviour.md, Images: HEX files.
+    badAddress = 4,    ///< The same.
     endRecord = 5,     ///< The end record, checksum correct.
 };
 

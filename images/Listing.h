@@ -35,7 +35,8 @@ class Listing {
     /// in an empty list or without a selection, counts as 0000.
     void rebuildInPlace();
 
-    /// Up arrow on the first row: one byte back, whatever instruction boundary that falls on.
+    /// Up arrow on the first row: one byte back, whatever instruction boundary that falls on; unlike the
+    /// scroll bar: see behaviour.md, Images: listing.
     void stepBackOneByte();
     /// Scroll bar on the first row: back to the nearest address that holds a one-byte instruction, at most to
     /// 0000.

@@ -6,9 +6,9 @@
 #include "machine/Host.h"
 #include "machine/MachineState.h"
 
-/// Arithmetic, logic, stack and pair operations of the machine, with its own flag rules. They differ from the
-/// chip in three places, on purpose: a compare never sets AC, `DCR` leaves AC clear, and `DAA` never clears a
-/// flag.
+/// Arithmetic, logic, stack and pair operations of the machine, with its own flag rules (see behaviour.md,
+/// Machine: flags). They differ from the chip in three places: a compare never sets AC, `DCR` leaves AC
+/// clear, and `DAA` never clears a flag.
 ///
 /// Operands are 0..255 (0..65535 for pairs and addresses). The operations that return a byte leave A alone:
 /// the stepper stores it. All of it is inline because the run loop lives on it.
@@ -98,7 +98,7 @@ std::uint8_t OPXOR(Cells& m, int operand) {
 }
 
 /// Sets the flags of A - operand and leaves A alone. AC is clear whatever the nibbles, unlike the chip and
-/// unlike `OPSUB`.
+/// unlike `OPSUB`: see behaviour.md, Machine: flags.
 template <class Cells>
 void OPCMP(Cells& m, int operand) {
     detail::subtract(m, operand, 0);
@@ -113,8 +113,8 @@ void OPINR(Cells& m, std::uint8_t& cell) {
     detail::assignFlags(m, detail::carry(m) | ac | flags(cell));
 }
 
-/// cell - 1 in place. CY stays and AC is always clear afterwards, unlike the chip; the unused bits of F are
-/// cleared.
+/// cell - 1 in place. CY stays and AC is always clear afterwards, unlike the chip (see behaviour.md, Machine:
+/// flags); the unused bits of F are cleared.
 template <class Cells>
 void OPDCR(Cells& m, std::uint8_t& cell) {
     --cell;
@@ -141,8 +141,8 @@ void OPDAD(Cells& m, std::int32_t value) {
     assignHL(m, sum & 65535);
 }
 
-/// A adjusted to two decimal digits. Only ever sets flags, unlike the chip: an S, Z, AC, P or CY left over
-/// from an earlier operation stays set, and AC never changes.
+/// A adjusted to two decimal digits. Only ever sets flags, unlike the chip (see behaviour.md, Machine:
+/// flags): an S, Z, AC, P or CY left over from an earlier operation stays set, and AC never changes.
 template <class Cells>
 std::uint8_t OPDAA(Cells& m) {
     int lo = m.A & 15;
@@ -162,7 +162,8 @@ std::uint8_t OPDAA(Cells& m) {
 }
 
 /// Pushes PC, high byte first and so at the higher address, and jumps to `address`.
-/// @throws RuntimeError overflow when PC is 65536 or more; SP has then been decreased once.
+/// @throws RuntimeError overflow when PC is 65536 or more; SP has then been decreased once: see behaviour.md,
+///     Machine: instructions.
 template <class Cells, class Memory>
 void OPCALL(Cells& m, Memory& memory, std::int32_t address) {
     const std::int32_t hi = m.PC / 256;

@@ -8,7 +8,7 @@
 namespace tavinor {
 
 /// The flags at their places in the flag byte `F`. Bits 5, 3 and 1 are set by no operation; they hold what a
-/// `POP PSW` or an edit put there until an operation assigns F outright.
+/// `POP PSW` or an edit put there until an operation assigns F outright: see behaviour.md, Machine: flags.
 namespace flag {
 constexpr int S = 128;
 constexpr int Z = 64;

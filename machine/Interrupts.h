@@ -19,7 +19,7 @@ constexpr std::int32_t rst75 = 0x3C;
 }  // namespace vector
 
 /// RIM: A gets M55, M65, M75, IE, R75 in bits 0 to 4 and SID in bit 7; bits 5 and 6 are 0. The chip reports
-/// its pending lines in bits 4 to 6 instead.
+/// its pending lines in bits 4 to 6 instead: see behaviour.md, Machine: interrupts.
 void OPRIM(MachineState& m) noexcept;
 
 /// SIM: with bit 6 of A, SOD := bit 7; with bit 3, the masks := bits 0 to 2; with bit 4, the RST 7.5 latch is
@@ -27,7 +27,7 @@ void OPRIM(MachineState& m) noexcept;
 void OPSIM(MachineState& m) noexcept;
 
 /// Registers, pairs, PC and SP to 0, interrupts off, the three lines masked, the latch clear. Memory, ports,
-/// SID and SOD stay.
+/// SID and SOD stay: see behaviour.md, Machine: registers.
 void reset(MachineState& m) noexcept;
 
 /// Accepts TRAP, RST 5.5 or RST 6.5: interrupts off and a call to the line's vector.
@@ -35,13 +35,13 @@ void reset(MachineState& m) noexcept;
 void acceptInterrupt(MachineState& m, Host& host, std::int32_t address);
 
 /// Accepts RST 7.5. The latch is set, where the chip clears it: only SIM with bit 4 and a reset do, and until
-/// then every unmasking or enabling by the user serves RST 7.5 again.
+/// then every unmasking or enabling by the user serves RST 7.5 again: see behaviour.md, Machine: interrupts.
 /// @throws RuntimeError as `OPCALL`.
 void acceptRst75(MachineState& m, Host& host);
 
 /// INTR: interrupts off, then the instruction whose opcode the device supplies (`vectorText`, hexadecimal)
 /// executes once in the place of the byte at PC, with PC left where it is. The borrowed byte is shown
-/// nowhere, and it is put back whatever the instruction wrote there.
+/// nowhere, and it is put back whatever the instruction wrote there: see behaviour.md, Machine: interrupts.
 /// @throws RuntimeError overflow when the vector is above 255 (nothing executed), or as the instruction.
 int requestIntr(MachineState& m, Host& host, std::string_view vectorText);
 

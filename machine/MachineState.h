@@ -16,8 +16,8 @@ namespace tavinor {
 struct Registers {
     std::uint8_t A = 0, B = 0, C = 0, D = 0, E = 0, F = 0, H = 0, L = 0;
     std::int32_t PSW = 0, BC = 0, DE = 0, HL = 0;  ///< 0..65535
-    /// Program counter. Wider than 16 bits on purpose: an instruction that ends at the top of memory leaves
-    /// 65536 to 65538 here, and the next fetch fails.
+    /// Program counter. Wider than 16 bits: an instruction that ends at the top of memory leaves 65536 to
+    /// 65538 here, and the next fetch fails. See behaviour.md, Machine: registers.
     std::int32_t PC = 0;
     std::int32_t SP = 0;  ///< Stack pointer, 0..65535.
 
@@ -76,8 +76,8 @@ inline std::size_t asIndex(std::int32_t index, std::int32_t size) {
 ///
 /// All zero when created, memory and ports included; `reset` gives the state after power-up. The cells 65536
 /// and 65537 mirror cells 0 and 1, so that operands of an instruction at FFFE or FFFF wrap round when it is
-/// executed. The mirror is brought up to date by `synmem`, not after every write: in between it may lag on
-/// purpose. What only shows memory reads round the top without it (`wrapped`).
+/// executed. The mirror is brought up to date by `synmem`, not after every write: in between it may lag (see
+/// behaviour.md, Machine: mirror cells). What only shows memory reads round the top without it (`wrapped`).
 struct MachineState : Registers {
     std::array<std::uint8_t, mirroredMemorySize> mem{};
     std::array<std::uint8_t, portCount> port{};  ///< `IN` and `OUT` share this array.

@@ -7,7 +7,8 @@ namespace tavinor {
 
 /// The T-states of every opcode, 00 to FF, as the processor's manual gives them: of a conditional jump, call
 /// or return those of the one that is not taken. A HLT counts until the processor stands still. The manual
-/// says nothing of the undefined codes; they do nothing, and count as NOP does.
+/// says nothing of the undefined codes; they do nothing, and count as NOP does. See behaviour.md, Machine:
+/// T-states.
 // Sixteen opcodes a line, as on the processor's chart.
 // clang-format off
 inline constexpr std::array<std::uint8_t, 256> tStates{

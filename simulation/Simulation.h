@@ -47,7 +47,8 @@ class Simulation final : private Host {
     [[nodiscard]] const Breakpoints& breakpoints() const { return *breakpoints_; }
     [[nodiscard]] const Counters& counters() const { return now_->counters; }
     [[nodiscard]] const Trace& trace() const { return trace_; }
-    /// What the box M shows. It may be behind the machine until the next refresh.
+    /// What the box M shows. It may be behind the machine until the next refresh: see behaviour.md,
+    /// Simulation: between instructions.
     [[nodiscard]] std::uint8_t shownM() const { return now_->shownM; }
     [[nodiscard]] bool atBreakpoint() const {
         return (*breakpoints_)[static_cast<std::size_t>(machine().PC)] != 0;
@@ -95,7 +96,8 @@ class Simulation final : private Host {
     // What the grids of memory and ports show.
 
     /// A cell that shows another byte than the machine has: an INTR borrowed the cell for its instruction,
-    /// and what that wrote there is seen although the old byte is back.
+    /// and what that wrote there is seen although the old byte is back: see behaviour.md, Simulation: between
+    /// instructions.
     struct ShownCell {
         std::int32_t address;
         std::uint8_t byte;
@@ -111,8 +113,8 @@ class Simulation final : private Host {
     /// Whether there is anything to undo. Never within an instruction. Settles.
     [[nodiscard]] bool canGoBack();
     [[nodiscard]] History& history() { return history_; }
-    /// Back to a position of the history; what came after it is forgotten. Breakpoints stay. Only where one
-    /// can go back.
+    /// Back to a position of the history; what came after it is forgotten. Breakpoints stay: see
+    /// behaviour.md, Simulation: going back. Only where one can go back.
     void goBack(const Position& target);
 
   private:

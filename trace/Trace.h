@@ -11,7 +11,7 @@ namespace tavinor {
 
 /// The rows of the trace over a history: one for each instruction, and a state row wherever the register
 /// boxes have changed between two of them. It holds no rows. It knows where the state rows are, and what was
-/// being typed; the rest is executed again by a `TraceReader`.
+/// being typed; the rest is executed again by a `TraceReader`. See behaviour.md, Trace: rows.
 ///
 /// It is told of instructions before and after, in this order: `listainstru`, the history's `executed`,
 /// `listareg`.

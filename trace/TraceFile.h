@@ -10,7 +10,7 @@
 namespace tavinor {
 
 /// Saves the rows that a trace has at the beginning, one portion after the other, so that a dialog can show
-/// how far it is. Whatever ends it, what has been written stays.
+/// how far it is. Whatever ends it, what has been written stays: see behaviour.md, Trace: file.
 class TraceFile {
   public:
     /// What writing takes at most: the text of a portion, and a machine to execute its rows again.
