@@ -14,7 +14,7 @@ struct AssemblyResult;
 
 /// The assembler's window: it assembles a source as soon as it is shown, shows the listing and the error
 /// report or the HEX records growing, says how it ended and writes the listing file. It cannot be closed
-/// before.
+/// before. See behaviour.md, Assembler window: an assembly.
 class Ensamblador : public QDialog {
     Q_OBJECT
 

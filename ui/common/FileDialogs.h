@@ -7,7 +7,7 @@ class QWidget;
 
 /// The only place that makes file dialogs: Qt's own, the same on every desktop. Any name may be typed,
 /// existing or not, but for patterns, which show what fits. The dialog asks nothing by itself: what an
-/// existing or a missing file means is the caller's question.
+/// existing or a missing file means is the caller's question. See behaviour.md, Common: file dialogs.
 namespace tavinor {
 
 struct FileDialogTexts {

@@ -17,7 +17,7 @@ std::optional<QString> rutvalidate(const QString& text, int digits);
 /// and `left` tells the window. A refused text shows "Valor incorrecto" once and stays, all selected, with
 /// the focus; whatever would have taken the focus does not happen. Leaving is moving to another control of
 /// the same window: another window, a menu or a context menu is not. `left` follows also when nothing was
-/// typed.
+/// typed: see behaviour.md, Common: hexadecimal boxes.
 class HexBox : public QLineEdit {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 class QWidget;
 
 /// The only place that makes message boxes: modal, plain text (a path that looks like markup is shown as it
-/// is), no icon, the application's title.
+/// is), no icon, the application's title. See behaviour.md, Common: messages.
 namespace tavinor {
 
 /// A box with an OK button. A carriage return in `text` shows as a line break. `rightAligned` is for the

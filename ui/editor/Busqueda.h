@@ -13,7 +13,7 @@ class PatternBox;
 class SourceEdit;
 
 /// The editor's find dialog. It is hidden, not destroyed, between uses: what was searched for, and where it
-/// was found last, are still there the next time.
+/// was found last, are still there the next time. See behaviour.md, Editor: find dialog.
 class Busqueda : public QDialog {
     Q_OBJECT
 

@@ -50,7 +50,7 @@ QString whyNotRead(const SourceFile& file) {
     return file.state == SourceFile::State::tooLarge ? file.text : QStringLiteral("Error abriendo fichero");
 }
 
-/// As if the file had been read line by line.
+/// As if the file had been read line by line. A save adds one more: see behaviour.md, Editor: files.
 QString withLastLineEnd(const QString& text) {
     return text.endsWith('\n') ? text : text + '\n';
 }
@@ -210,7 +210,7 @@ void Editor::Buscar_Click() {
 bool Editor::askToSave() {
     if (!changed_) return true;
     if (isMinimized()) bringForward();
-    // From the blank that precedes the name in the caption.
+    // From the blank that precedes the name in the caption: see behaviour.md, Editor: files.
     const QString question =
         caption_.mid(applicationTitle().size() + 2) + QStringLiteral(" ha cambiado\r\n¿Desea guardarlo?");
     switch (askYesNoCancel(this, question)) {

@@ -21,7 +21,7 @@ class RescueCopy;
 class SourceEdit;
 
 /// The editor for assembly sources: one text at a time, and a question before changes are lost. Between uses
-/// it is hidden and holds nothing.
+/// it is hidden and holds nothing. See behaviour.md, Editor: files.
 class Editor : public QMainWindow {
     Q_OBJECT
 

@@ -44,7 +44,8 @@ class SourceEdit : public UnwrappedText {
     /// Whether the end of the text is still to come into the box.
     [[nodiscard]] bool isFilling() const { return filling_.isActive(); }
 
-    /// Keys that the menus act on also while the text has the focus, whatever the text box does with them.
+    /// Keys that the menus act on also while the text has the focus, whatever the text box does with them:
+    /// see behaviour.md, Editor: keys and text.
     void leaveToMenus(const QList<QKeySequence>& keys) { menuKeys_ = keys; }
 
     /// How long a change of the text may take before it shows how far it is.

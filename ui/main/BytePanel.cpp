@@ -64,7 +64,7 @@ void BytePanel::typeDigit(const QString& digit) {
     data_->startTyping(digit);
 }
 
-/// The data box keeps its text until a cell is selected.
+/// The data box keeps its text until a cell is selected: see behaviour.md, Main window: memory and ports.
 void BytePanel::addressLeft() {
     const std::int32_t address = address_->value();
     grid_->showCurrent(address);

@@ -13,7 +13,8 @@ class QLabel;
 namespace tavinor {
 
 /// The group "Instrucción": an address, and the bytes of an instruction, each written to memory when its box
-/// is left. A blank one writes nothing. A write leaves the boxes as they are.
+/// is left. A blank one writes nothing. A write leaves the boxes as they are. See behaviour.md, Main window:
+/// entry row.
 class EntryPanel : public QGroupBox {
     Q_OBJECT
 

@@ -16,7 +16,8 @@ class QRadioButton;
 
 namespace tavinor {
 
-/// The dialog that a HLT opens: it is left with "Aceptar" alone, after a way out has been chosen.
+/// The dialog that a HLT opens: it is left with "Aceptar" alone, after a way out has been chosen. See
+/// behaviour.md, Main window: halt dialog.
 class Halt : public QDialog {
     Q_OBJECT
 

@@ -98,7 +98,8 @@ void InterruptPanel::allow() {
     emit allowedChanged(allowed);
 }
 
-/// A request that is still latched is served as soon as the user unmasks or enables it.
+/// A request that is still latched is served as soon as the user unmasks or enables it: see behaviour.md,
+/// Main window: interrupts.
 void InterruptPanel::serveLatchedRst75() {
     if (machine_.intState.R75 && requestsAllowed(machine_.intState).rst75) emit rst75Requested();
 }

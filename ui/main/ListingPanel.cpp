@@ -209,7 +209,7 @@ void ListingPanel::toggle(std::int32_t address) {
     rebuildInPlace();
 }
 
-/// Enter has nothing to press here.
+/// Enter has nothing to press here: see behaviour.md, Main window: listing.
 void ListingPanel::prg_KeyPress() {
     QApplication::beep();
 }

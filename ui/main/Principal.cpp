@@ -85,7 +85,7 @@ void Principal::enterSelectedByte(std::int32_t address, int byte) {
     regen();
 }
 
-/// No refresh follows, unlike a memory byte: no other view shows a port.
+/// No refresh follows, unlike a memory byte: see behaviour.md, Main window: refresh.
 void Principal::enterPortByte(std::int32_t address, int byte) {
     simulation_.writePort(address, byte);
     ports_->showCurrent(address);
@@ -150,7 +150,7 @@ void Principal::halt() {
 }
 
 /// Stops a run, or starts one. A run that is started again inside the yield in which it was stopped goes on
-/// in the loop that is still on the stack.
+/// in the loop that is still on the stack: see behaviour.md, Main window: runs.
 void Principal::Ejecutar_Click() {
     const bool start = !running();
     commands_->showRunning(start);

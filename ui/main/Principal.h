@@ -112,7 +112,8 @@ class Principal : public QMainWindow, private HaltHandler, private RunWindow {
     /// one only where it was typed in.
     template <typename Way>
     void goBack(const Way& way);
-    /// True when the window may close: never while a run is going, and not before the editor has closed.
+    /// True when the window may close: never while a run is going, and not before the editor has closed. See
+    /// behaviour.md, Main window: runs.
     bool Form_QueryUnload();
     void carryOut(int haltOption);
 

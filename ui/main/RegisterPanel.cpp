@@ -11,7 +11,8 @@ namespace tavinor {
 
 namespace {
 
-/// Caption and spoken name of each flag box, by bit. The unused bits have a box too, without a caption.
+/// Caption and spoken name of each flag box, by bit. The unused bits have a box too, without a caption: see
+/// behaviour.md, Main window: registers.
 struct FlagName {
     const char* caption;
     const char* accessible;
@@ -131,7 +132,8 @@ void RegisterPanel::connectBoxes() {
     connectPair({txtD, txtE, txtDE, &Registers::D, &Registers::E});
     connectPair({txtH, txtL, txtHL, &Registers::H, &Registers::L});
     for (HexBox* box : {txtH, txtL, txtHL}) connect(box, &HexBox::left, this, &RegisterPanel::pointerLeft);
-    // E alone brings its pair into step as soon as its text is accepted, before it is left.
+    // E alone brings its pair into step as soon as its text is accepted, before it is left: see behaviour.md,
+    // Main window: registers.
     connect(txtE, &HexBox::validated, this, [this] { txtDE->showText(txtD->text() + txtE->text()); });
     connect(txtM, &HexBox::left, this, [this] { emit memoryByteEntered(txtHL->value(), txtM->value()); });
     connect(txtPC, &HexBox::left, this, [this] {

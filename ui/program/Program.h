@@ -11,7 +11,8 @@ class QSessionManager;
 namespace tavinor {
 
 /// The windows of the program and the way from one to the next: the splash, then the main window with those
-/// that it opens, then the farewell screen. An end that the system asks for takes a shorter way.
+/// that it opens, then the farewell screen. An end that the system asks for takes a shorter way: see
+/// behaviour.md, Program: the end.
 class Program : public QObject {
     Q_OBJECT
 

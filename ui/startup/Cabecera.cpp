@@ -69,7 +69,7 @@ Cabecera::Cabecera(const Version& own, const UpdateSource& updates, QWidget* par
 
 void Cabecera::Form_Load() {
     lblVersion->setText(QStringLiteral("vers. ") + own_.text());
-    // Put together letter by letter each time: Tavinor's way. What is shown would be the same without.
+    // Letter by letter, though a whole text would look the same: see behaviour.md, Start-up: window.
     QString line;
     for (const char16_t letter : authorship) line += QChar(letter);
     Label3->setText(line);

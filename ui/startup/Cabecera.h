@@ -15,6 +15,7 @@ class UpdateCheck;
 
 /// The window that opens the program, tells about it, and says goodbye. Its role is the state of `OK`:
 /// hidden and enabled for the splash, visible for the about box, hidden and disabled for the farewell screen.
+/// See behaviour.md, Start-up: window.
 class Cabecera : public QDialog {
     Q_OBJECT
 

@@ -13,7 +13,7 @@ class QNetworkReply;
 namespace tavinor {
 
 /// Asks the update server once whether there is a newer version. Whatever goes wrong, nothing happens; the
-/// request ends with this object.
+/// request ends with this object. See behaviour.md, Start-up: updates.
 class UpdateCheck : public QObject {
     Q_OBJECT
 

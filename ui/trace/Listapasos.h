@@ -15,7 +15,7 @@ class TraceFile;
 class TraceView;
 
 /// The window of a simulation's trace. Its rows are there whether or not it is shown, until it is closed or
-/// cleared; hiding it keeps them.
+/// cleared; hiding it keeps them. See behaviour.md, Trace window: rows.
 class Listapasos : public QMainWindow {
     Q_OBJECT
 
