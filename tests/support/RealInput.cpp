@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QRadioButton>
 #include <QTest>
+#include <QThread>
 #include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
@@ -30,6 +31,11 @@ QWindow* handleOf(const QWidget* widget) {
         waitActive(window);
     }
     return handle;
+}
+
+/// A release and a press of one moment would be a repeat.
+void awaitNextMoment() {
+    QThread::msleep(1);
 }
 
 }  // namespace
@@ -78,11 +84,13 @@ void drag(QWidget* widget, const QList<QPoint>& positions) {
 
 void pressKey(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(handleOf(widget), key, modifiers);
+    awaitNextMoment();
 }
 
 void typeText(QWidget* widget, const QString& text) {
     for (const QChar letter : text) {
         QTest::sendKeyEvent(QTest::Click, handleOf(widget), Qt::Key_unknown, letter, Qt::NoModifier);
+        awaitNextMoment();
     }
 }
 

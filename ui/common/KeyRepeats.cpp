@@ -16,20 +16,31 @@ bool KeyRepeats::isRepeat(const QKeyEvent& press) const {
 }
 
 /// Before a key becomes an access key's event, which no longer tells a repeat, Qt asks the focused widget
-/// whether it wants the key for itself.
+/// whether it wants the key for itself. What no access key takes goes to the window.
 bool KeyRepeats::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyRelease) {
-        const auto* release = static_cast<QKeyEvent*>(event);
-        releasedKey_ = release->key();
-        releaseTime_ = release->timestamp();
+    switch (event->type()) {
+        case QEvent::KeyRelease: {
+            const auto* release = static_cast<QKeyEvent*>(event);
+            releasedKey_ = release->key();
+            releaseTime_ = release->timestamp();
+            return false;
+        }
+        case QEvent::ShortcutOverride:
+            repeating_ = isRepeat(*static_cast<QKeyEvent*>(event));
+            if (!repeating_) pressedFor_ = nullptr;
+            return false;
+        case QEvent::Hide:
+            // Shown again, it is the next window.
+            if (watched == pressedFor_) pressedFor_ = nullptr;
+            return false;
+        case QEvent::KeyPress:
+            if (!watched->isWindowType()) return false;
+            [[fallthrough]];
+        case QEvent::Shortcut:
+            if (!repeating_) pressedFor_ = watched;
+            return watched != pressedFor_;
+        default: return false;
     }
-    if (event->type() == QEvent::ShortcutOverride) {
-        repeating_ = isRepeat(*static_cast<QKeyEvent*>(event));
-        if (!repeating_) pressedFor_ = nullptr;
-    }
-    if (event->type() != QEvent::Shortcut) return false;
-    if (!repeating_) pressedFor_ = watched;
-    return watched != pressedFor_;
 }
 
 }  // namespace tavinor

@@ -1,18 +1,20 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QKeyEvent;
 
 namespace tavinor {
 
-/// Keeps the repeats of a held key with the command that the key was pressed for. What an access key means
-/// can change while it is held: Alt+P stops a run, and is the key of a single step from then on.
+/// Keeps the repeats of a held key with the command or the window that the key was pressed for; elsewhere
+/// they do nothing. What an access key means can change while it is held: Alt+P stops a run, and is the key
+/// of a single step from then on. Enter in one dialog would go on to answer the next one.
 class KeyRepeats : public QObject {
     Q_OBJECT
 
   public:
-    /// Watches the whole program: the command may open a window that uses the key for something else.
+    /// Watches the whole program.
     explicit KeyRepeats(QObject* parent = nullptr);
 
   protected:
@@ -24,7 +26,7 @@ class KeyRepeats : public QObject {
     bool repeating_ = false;
     int releasedKey_ = 0;
     quint64 releaseTime_ = 0;
-    const QObject* pressedFor_ = nullptr;  // only ever compared: it may be gone
+    QPointer<const QObject> pressedFor_;  // what acts on an access key, or a window
 };
 
 }  // namespace tavinor
