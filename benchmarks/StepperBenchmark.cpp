@@ -37,7 +37,8 @@ struct Workbench {
     }
 
     void step() {
-        for (std::int64_t i = 0; i < instructionsOfARound; ++i) EjecutaPASO(*machine, host);
+        MachineState& m = *machine;
+        for (std::int64_t i = 0; i < instructionsOfARound; ++i) EjecutaPASO(m, host);
     }
     void runBatches() {
         for (std::int64_t done = 0; done < instructionsOfARound; done += sliceLength) {
