@@ -79,6 +79,19 @@ class StackAndEntryTest : public QObject {
         QCOMPARE(s_->currentAddress("grdmem"), 0);
     }
 
+    void mAndStackFollowAtTheNextRefresh() {
+        s_->enter("txtHL", "0100");
+        s_->enter("txtSP", "0100");
+        s_->enter("txtDIR", "0100");
+        s_->enter("INSCO", "C9");
+        QCOMPARE(memory(0x100), 0xC9);
+        QCOMPARE(s_->text("txtM"), "00");
+        QCOMPARE(s_->stackLines().first(), "0000");
+        s_->press("Eje_paso");
+        QCOMPARE(s_->text("txtM"), "C9");
+        QCOMPARE(s_->stackLines().first(), "00C9");
+    }
+
     void typesAnInstructionByKeysAlone() {
         clickIn(s_->box("txtDIR"));
         for (const char* text : {"0200", "21", "cd", "ab"}) {
