@@ -69,8 +69,8 @@ std::string utf8ToWindows1252(std::string_view text) {
 
 /// Nothing when there is no mark, or what follows it is malformed.
 std::optional<DecodedText> decodeUtf16(std::string_view bytes) {
+    if (!hasUtf16Mark(bytes)) return std::nullopt;
     const bool little = bytes.starts_with(littleEndianMark);
-    if (!little && !bytes.starts_with(bigEndianMark)) return std::nullopt;
     bytes.remove_prefix(littleEndianMark.size());
     std::optional<std::string> text =
         utf16ToUtf8(bytes, little ? ByteOrder::littleEndian : ByteOrder::bigEndian);
@@ -88,6 +88,10 @@ bool isUtf8(std::string_view bytes) {
         i += length;
     }
     return true;
+}
+
+bool hasUtf16Mark(std::string_view bytes) {
+    return bytes.starts_with(littleEndianMark) || bytes.starts_with(bigEndianMark);
 }
 
 DecodedText decode(std::string bytes) {

@@ -24,6 +24,9 @@ struct DecodedText {
 /// Whether `bytes` are well-formed UTF-8 (no overlong forms, no surrogates, nothing past 10FFFF).
 bool isUtf8(std::string_view bytes);
 
+/// Whether `bytes` begin with the byte-order mark of UTF-16. They need not be well-formed.
+bool hasUtf16Mark(std::string_view bytes);
+
 /// The text of a file's bytes: UTF-16 when they begin with its byte-order mark, otherwise UTF-8 (plain ASCII
 /// is), and Windows-1252 when they are neither. A UTF-8 byte-order mark is skipped there too. The five bytes
 /// that Windows-1252 leaves undefined become the control characters of the same number, so decoding never

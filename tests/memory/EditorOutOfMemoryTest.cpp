@@ -1,6 +1,8 @@
 // The editor where there is no memory: each allocation of the program's own is refused once while it reads,
 // saves and closes.
 
+#include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QTest>
 #include <cstdio>
@@ -131,6 +133,55 @@ class EditorOutOfMemoryTest : public QObject {
             return (good && !told && user.boxes.isEmpty() && f.filename() == path) || refuse(number, user);
         });
         QVERIFY2(refused >= 3, qPrintable(QString::number(refused)));
+    }
+
+    /// What has not come to the clipboard stays in the text.
+    void cuttingAndCopying_data() {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("cut") << "Cortar";
+        QTest::newRow("copy") << "Copiar";
+    }
+
+    void cuttingAndCopying() {
+        QFETCH(QString, command);
+        EditorFixture f;
+        QVERIFY(f.open(f.put("a.asm", "A\r\n")));
+        f.texto()->setPlainText("uno\n");
+        const int refused = refuseEach([&](int number) {
+            QApplication::clipboard()->setText("before");
+            f.selectText(0, 3);
+            const User user(number);
+            user.start();
+            f.action(command.toLatin1().constData())->trigger();
+            QCoreApplication::processEvents();  // the message
+            const bool told = user.wasToldOfMemory();
+            const QString clipboard = QApplication::clipboard()->text();
+            const bool taken = clipboard == "uno" && f.text() == (command == "Cortar" ? "\n" : "uno\n");
+            const bool kept = clipboard == "before" && f.text() == "uno\n";
+            if (taken && command == "Cortar") f.texto()->undo();
+            return (told ? kept : taken && user.boxes.isEmpty()) || refuse(number, user);
+        });
+        QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
+        f.discard();
+    }
+
+    void pasting() {
+        EditorFixture f;
+        QVERIFY(f.open(f.put("a.asm", "A\r\n")));
+        const QString much = QString("NOP\n").repeated(25'000);
+        QApplication::clipboard()->setText(much);
+        const int refused = refuseEach([&](int number) {
+            const User user(number);
+            user.start();
+            f.action("Pegar")->trigger();
+            QCoreApplication::processEvents();
+            const bool told = user.wasToldOfMemory();
+            const bool good = told ? f.text() == "A\n" : f.text() == much + "A\n" && user.boxes.isEmpty();
+            while (f.texto()->document()->isUndoAvailable()) f.texto()->document()->undo();
+            return good || refuse(number, user);
+        });
+        QVERIFY2(refused >= 3, qPrintable(QString::number(refused)));
+        f.discard();
     }
 
     void rescuing() {

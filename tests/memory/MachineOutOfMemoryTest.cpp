@@ -251,6 +251,22 @@ class MachineOutOfMemoryTest : public QObject {
         });
         QVERIFY2(refused >= 3, qPrintable(QString::number(refused)));
     }
+
+    /// The list stays where the window does.
+    void closingTheTrace() {
+        QMainWindow* window = recordedTrace();
+        QVERIFY(window != nullptr);
+        const int refused = refuseEach([&](int number) {
+            if (!window->isVisible()) window = recordedTrace();
+            const User user(number);
+            const bool closed = window->close();
+            const bool told = user.wasToldOfMemory();
+            const bool good = closed ? user.boxes.isEmpty() : told && window->isVisible();
+            if (!good) qWarning() << number << user.boxes << closed;
+            return good;
+        });
+        QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
+    }
 };
 
 QTEST_MAIN(MachineOutOfMemoryTest)

@@ -12,6 +12,7 @@
 #include <new>
 #include <optional>
 
+#include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FileDrops.h"
 #include "ui/common/MemoryGuard.h"
@@ -21,6 +22,7 @@
 #include "ui/editor/Busqueda.h"
 #include "ui/editor/RescueCopy.h"
 #include "ui/editor/SourceEdit.h"
+#include "ui/editor/SourceLimits.h"
 
 namespace tavinor {
 
@@ -127,8 +129,8 @@ void Editor::makeMenus() {
     connectCommand(guardarcomo, &Editor::guardarcomo_Click);
     connect(Salir, &QAction::triggered, this, &QWidget::close);
     connect(Cortar, &QAction::triggered, texto, &SourceEdit::cut);
-    connect(Copiar, &QAction::triggered, texto, &QPlainTextEdit::copy);
-    connect(Pegar, &QAction::triggered, texto, &QPlainTextEdit::paste);
+    connect(Copiar, &QAction::triggered, texto, &SourceEdit::copy);
+    connect(Pegar, &QAction::triggered, texto, &SourceEdit::paste);
     connectCommand(Buscar, &Editor::Buscar_Click);
     connect(Buscarsiguiente, &QAction::triggered, this, [this] { busqueda_->Buscar_Click(); });
 }
@@ -146,7 +148,7 @@ void Editor::openFromPrincipal(QWidget* principal) {
         const std::optional<QString> path =
             askFileToOpen(principal, dialogTexts(QStringLiteral("Editar fichero .ASM")));
         if (!path) return;
-        setFilename(*path);
+        open(*path);
     }
     bringForward();
 }
@@ -154,7 +156,7 @@ void Editor::openFromPrincipal(QWidget* principal) {
 void Editor::openDropped(const QString& path, QWidget* principal) {
     principal_ = principal;
     if (!askToSave()) return;
-    setFilename(path);
+    open(path);
     bringForward();
 }
 
@@ -180,7 +182,7 @@ void Editor::Abrir_Click() {
     if (!askToSave()) return;
     const std::optional<QString> path =
         askFileToOpen(this, dialogTexts(QStringLiteral("Cargar fichero .ASM")));
-    if (path) setFilename(*path);
+    if (path) open(*path);
 }
 
 void Editor::guardar_Click() {
@@ -198,9 +200,7 @@ void Editor::guardarcomo_Click() {
     const QString question =
         QStringLiteral("El fichero ") + *path + QStringLiteral(" ya existe\r\n¿Desea sobreescribirlo?");
     if (QFileInfo::exists(*path) && !askYesNo(this, question, DefaultAnswer::no)) return;
-    if (!write(*path)) return;
-    const QScopedValueRollback<bool> rename(suppressLoad_, true);
-    setFilename(*path);
+    if (write(*path)) setFilename(*path);
 }
 
 void Editor::Buscar_Click() {
@@ -223,14 +223,19 @@ bool Editor::askToSave() {
 
 void Editor::setFilename(const QString& path) {
     filename->setText(path);
-    filename_Change();
+    showCaption();
 }
 
-void Editor::filename_Change() {
-    showCaption();
-    if (filename->text().isEmpty()) return;
+/// The file is read before anything changes: where there is too little memory for it, the old text stays.
+void Editor::open(const QString& path) {
+    const QScopedValueRollback<bool> busy(busyWithFile_, true);
+    KnownContents known;
+    known.note(path);
+    const SourceFile file = readSource(path);
+    setFilename(path);
+    known_ = known;
     try {
-        changed_ = !suppressLoad_ && load(filename->text());
+        changed_ = filename_Change(file);
     } catch (const std::bad_alloc&) {
         clearText();
         setFilename({});
@@ -240,14 +245,13 @@ void Editor::filename_Change() {
 
 /// A file that exists but cannot be read leaves the text without a name, so that no save puts an empty text
 /// in its place. An empty file has nothing to lose and keeps its name.
-bool Editor::load(const QString& path) {
-    const QScopedValueRollback<bool> busy(busyWithFile_, true);
+bool Editor::filename_Change(const SourceFile& file) {
     clearText();
-    known_.note(path);
+    const QString path = filename->text();
     const RescueCopy copy(path);
     if (copy.isNewer() && askYesNo(front(), QStringLiteral("Hay una copia de rescate más reciente.\r\n"
                                                            "¿Desea abrirla?"))) {
-        return loadRescueCopy(copy);
+        return loadRescueCopy(copy, file.state == SourceFile::State::read ? &file.encoding : nullptr);
     }
     if (!QFileInfo::exists(path)) {
         const QString question =
@@ -255,7 +259,6 @@ bool Editor::load(const QString& path) {
         if (!askYesNo(front(), question)) setFilename({});
         return false;
     }
-    const SourceFile file = readSource(path);
     if (file.state != SourceFile::State::read) {
         if (file.state != SourceFile::State::empty) setFilename({});
         showMessage(front(), whyNotRead(file));
@@ -268,15 +271,14 @@ bool Editor::load(const QString& path) {
 
 /// The text is shown to the letter. It goes on in the source's encoding, of which the copy tells only where
 /// it has no character that the other one lacks.
-bool Editor::loadRescueCopy(const RescueCopy& copy) {
+bool Editor::loadRescueCopy(const RescueCopy& copy, const TextEncoding* encoding) {
     const SourceFile rescued = readSource(copy.path());
     if (rescued.state == SourceFile::State::failed || rescued.state == SourceFile::State::tooLarge) {
         setFilename({});
         showMessage(front(), whyNotRead(rescued));
         return false;
     }
-    const SourceFile source = readSource(filename->text());
-    encoding_ = source.state == SourceFile::State::read ? source.encoding : rescued.encoding;
+    encoding_ = encoding != nullptr ? *encoding : rescued.encoding;
     texto->setSource(rescued.text);
     copyIsOurs_ = true;
     return true;
@@ -330,7 +332,8 @@ bool Editor::write(const QString& path) {
 }
 
 bool Editor::writeText(const QString& path) {
-    const QString text = texto->source() + '\n';
+    if (texto->size() > smallSource) requireMemory(memoryOfSaving(texto->size()));
+    const QString text = texto->source().append('\n');
     const int revision = texto->document()->revision();
     const std::optional<TextEncoding> encoding = encodingFor(text);
     if (!encoding) return false;

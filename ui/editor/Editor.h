@@ -60,12 +60,15 @@ class Editor : public QMainWindow {
     /// True when the text may go: nothing changed, or the user has saved it or gives it up. The text that the
     /// question is about is in view, also when the window was minimised.
     bool askToSave();
-    /// Another path in `filename`: caption, and the text unless the file is only being renamed.
+    /// Another path in `filename`, and its caption. The text stays.
     void setFilename(const QString& path);
-    void filename_Change();
-    /// True when the text counts as changed from the beginning: it is that of a rescue copy.
-    bool load(const QString& path);
-    bool loadRescueCopy(const RescueCopy& copy);
+    /// @throws std::bad_alloc with the old text, or with none and no name
+    void open(const QString& path);
+    /// Shows what was read of the file in `filename`. True when the text counts as changed from the
+    /// beginning: it is that of a rescue copy.
+    bool filename_Change(const SourceFile& file);
+    /// `encoding` is the source's, if that could be read.
+    bool loadRescueCopy(const RescueCopy& copy, const TextEncoding* encoding);
     /// Shows a file that another program has changed, if there is nothing to lose.
     void readAgain();
     /// True when the file on disk is the one that is known, or the user gives it up.
@@ -93,8 +96,7 @@ class Editor : public QMainWindow {
     KnownContents known_;
     bool changed_ = false;
     bool busyWithFile_ = false;  // reading or saving, maybe asking about it
-    bool suppressLoad_ = false;
-    bool copyIsOurs_ = false;  // the rescue copy that is there holds what this text was before
+    bool copyIsOurs_ = false;    // the rescue copy that is there holds what this text was before
     std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
 };
 

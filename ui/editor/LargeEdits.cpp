@@ -109,19 +109,24 @@ void LargeEdits::change(std::uint64_t memory, const Portion& portion, const std:
     box_->ensureCursorVisible();
 }
 
-/// False when the user has cancelled it.
+/// False when the user has cancelled it, or memory has run out.
 bool LargeEdits::carryOut(const Portion& portion) {
-    const QScopedValueRollback current(portion_, portion);
-    WorkProgress progress(box_->window(),
-                          {QStringLiteral("Cambiando el texto..."), QStringLiteral("Parte cambiada")},
-                          patience_);
-    while (portion_) {
-        const double done = portion_();
-        if (done >= 1) break;
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        if (!progress.goesOn(done)) return false;
+    try {
+        const QScopedValueRollback current(portion_, portion);
+        WorkProgress progress(box_->window(),
+                              {QStringLiteral("Cambiando el texto..."), QStringLiteral("Parte cambiada")},
+                              patience_);
+        while (portion_) {
+            const double done = portion_();
+            if (done >= 1) break;
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            if (!progress.goesOn(done)) return false;
+        }
+        return true;
+    } catch (const std::bad_alloc&) {
+        emit memoryOut();
+        return false;
     }
-    return true;
 }
 
 void LargeEdits::finish() {

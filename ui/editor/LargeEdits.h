@@ -47,7 +47,7 @@ class LargeEdits : public QObject {
     void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
 
   signals:
-    /// There is too little memory for a change. Nothing has changed.
+    /// There is too little memory for a change. Nothing will have changed.
     void memoryOut();
 
   private:

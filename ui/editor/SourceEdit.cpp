@@ -1,5 +1,7 @@
 #include "ui/editor/SourceEdit.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDragEnterEvent>
@@ -16,7 +18,7 @@
 #include <QTextDocument>
 #include <QTimerEvent>
 #include <algorithm>
-#include <memory>
+#include <new>
 #include <utility>
 
 #include "ui/common/FileDrops.h"
@@ -32,6 +34,7 @@ namespace tavinor {
 namespace {
 
 constexpr int tabColumns = 8;
+constexpr int retryPeriod = 1000;  // milliseconds
 /// Qt takes it for this on some platforms only.
 constexpr QKeyCombination redoKey = Qt::ControlModifier | Qt::Key_Y;
 
@@ -43,7 +46,7 @@ QString withLineFeeds(QString text) {
 }  // namespace
 
 SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent)
-    : UnwrappedText(parent), largeEdits_(this) {
+    : UnwrappedText(parent), largeEdits_(this), foreign_(document()) {
     named(this, name, accessibleName);
     useFont(this, fixedFont);
     setTabStops();
@@ -53,36 +56,23 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     viewport()->setMouseTracking(true);
     connect(this, &QPlainTextEdit::selectionChanged, this, &SourceEdit::touched);
     connect(document(), &QTextDocument::contentsChange, this,
-            [this](int position, int /*removed*/, int added) { noteAdded(position, added); });
+            [this](int position, int /*removed*/, int added) {
+                if (!settingSource_) foreign_.note(position, added);
+            });
     connect(this, &QPlainTextEdit::textChanged, this, &SourceEdit::noteEdit);
     connect(&largeEdits_, &LargeEdits::memoryOut, this, [this] { emit refused(memoryOutText()); });
 }
 
-/// Keys, input methods and assistive tools put characters into the text on ways of their own.
-void SourceEdit::noteAdded(int position, int added) {
-    if (settingSource_) return;
-    QTextBlock block = document()->findBlock(position);
-    for (; block.isValid() && block.position() < position + added; block = block.next()) {
-        const QString text = block.text();
-        for (int i = std::max(position - block.position(), 0); i < text.size(); ++i) {
-            if (isForeignToSource(text[i])) foreign_.append(block.position() + i);
-        }
+/// Runs a part of an event procedure. False where memory runs out: then it ends there, and no exception
+/// reaches Qt, which called it.
+bool SourceEdit::guarded(const std::function<void()>& procedure) {
+    try {
+        procedure();
+        return true;
+    } catch (const std::bad_alloc&) {
+        emit refused(memoryOutText());
+        return false;
     }
-}
-
-/// Not while the user goes back: what was replaced is there again until the next undo, and replacing it once
-/// more would leave no way further back.
-void SourceEdit::replaceForeign() {
-    const QList<int> positions = std::exchange(foreign_, {});
-    if (positions.isEmpty() || document()->isRedoAvailable()) return;
-    QTextCursor cursor(document());
-    cursor.joinPreviousEditBlock();
-    for (const int position : positions) {
-        cursor.setPosition(position);
-        cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
-        cursor.insertText(sourceCharacters(document()->characterAt(position)));
-    }
-    cursor.endEditBlock();
 }
 
 /// An assistive tool writes without any event. Where it has taken away all that it found, it meant all of the
@@ -90,7 +80,7 @@ void SourceEdit::replaceForeign() {
 void SourceEdit::noteEdit() {
     if (settingSource_) return;
     if (document()->isEmpty()) arriving_.drop();
-    replaceForeign();
+    foreign_.replace();
     emit edited();
 }
 
@@ -181,20 +171,35 @@ void SourceEdit::timerEvent(QTimerEvent* event) {
         QPlainTextEdit::timerEvent(event);
         return;
     }
+    const bool again = std::exchange(shortOfMemory_, false);
+    try {
+        fillMore();
+    } catch (const std::bad_alloc&) {
+        shortOfMemory_ = true;
+        if (!again) emit refused(memoryOutText());
+    }
+    if (isFilling()) filling_.start(shortOfMemory_ ? retryPeriod : 0, this);
+}
+
+void SourceEdit::fillMore() {
     addPiece();
     returnToView();
     if (arriving_.areAllTaken()) fill();
 }
 
 bool SourceEdit::viewportEvent(QEvent* event) {
-    if (needsWholeText(*event)) fill();
+    if (needsWholeText(*event) && !guarded([this] { fill(); })) return true;
     return QPlainTextEdit::viewportEvent(event);
 }
 
 void SourceEdit::insertFromMimeData(const QMimeData* source) {
-    if (!source->hasText()) return;
+    guarded([this, source] { insert(*source); });
+}
+
+void SourceEdit::insert(const QMimeData& source) {
+    if (!source.hasText()) return;
     fill();
-    const QString text = sourceCharacters(source->text());
+    const QString text = sourceCharacters(source.text());
     if (!dropping_ && !accepts(text, textCursor())) return;
     if (LargeEdits::isLarge(text) || LargeEdits::isLarge(textCursor())) {
         largeEdits_.replace(textCursor(), textCursor(), text);
@@ -206,6 +211,10 @@ void SourceEdit::insertFromMimeData(const QMimeData* source) {
 
 /// Refused before Qt takes away what is only being moved.
 void SourceEdit::dropEvent(QDropEvent* event) {
+    if (!guarded([this, event] { drop(event); })) event->ignore();
+}
+
+void SourceEdit::drop(QDropEvent* event) {
     fill();
     const QTextCursor place = cursorForPosition(event->position().toPoint());
     const QString text = sourceCharacters(event->mimeData()->text());
@@ -232,7 +241,8 @@ void SourceEdit::dropLarge(QDropEvent* event, const QTextCursor& place, const QS
         fill();
         largeEdits_.replace(moved ? textCursor() : place, place, text);
     };
-    QMetaObject::invokeMethod(this, drop, Qt::QueuedConnection);
+    const auto procedure = [this, drop] { guarded(drop); };
+    QMetaObject::invokeMethod(this, procedure, Qt::QueuedConnection);
 }
 
 /// False when `text` cannot take the place of what `cursor` selects; the user is told why.
@@ -242,24 +252,39 @@ bool SourceEdit::accepts(const QString& text, const QTextCursor& cursor) {
     return reason.isEmpty();
 }
 
+/// Nothing goes that has not come to the clipboard.
 void SourceEdit::cut() {
-    fill();
-    if (!LargeEdits::isLarge(textCursor())) {
-        QPlainTextEdit::cut();
-        return;
-    }
-    copy();
-    largeEdits_.removeSelection();
+    guarded([this] {
+        fill();
+        if (!hasSelection()) return;
+        QApplication::clipboard()->setMimeData(selectionAsMimeData().release());
+        if (LargeEdits::isLarge(textCursor())) {
+            largeEdits_.removeSelection();
+        } else {
+            textCursor().removeSelectedText();
+            ensureCursorVisible();
+        }
+    });
+}
+
+void SourceEdit::copy() {
+    guarded([this] {
+        if (hasSelection()) QApplication::clipboard()->setMimeData(selectionAsMimeData().release());
+    });
 }
 
 void SourceEdit::undo() {
-    fill();
-    largeEdits_.undo();
+    guarded([this] {
+        fill();
+        largeEdits_.undo();
+    });
 }
 
 void SourceEdit::redo() {
-    fill();
-    largeEdits_.redo();
+    guarded([this] {
+        fill();
+        largeEdits_.redo();
+    });
 }
 
 void SourceEdit::select(qsizetype start, qsizetype length) {
@@ -280,7 +305,7 @@ bool SourceEdit::event(QEvent* event) {
         event->ignore();
         return true;
     }
-    if (needsWholeText(*event)) fill();
+    if (needsWholeText(*event) && !guarded([this] { fill(); })) return true;
     return QPlainTextEdit::event(event);
 }
 
@@ -303,8 +328,10 @@ void SourceEdit::keyPressEvent(QKeyEvent* event) {
 
 void SourceEdit::takeKey(QKeyEvent* event) {
     const bool large = LargeEdits::isLarge(textCursor());
-    if (large && event->matches(QKeySequence::Cut)) {
+    if (event->matches(QKeySequence::Cut)) {
         cut();
+    } else if (event->matches(QKeySequence::Copy)) {
+        copy();
     } else if (large && removesSelection(*event)) {
         largeEdits_.removeSelection();
     } else if (large && replacesSelection(*event)) {
@@ -360,12 +387,13 @@ void SourceEdit::contextMenuEvent(QContextMenuEvent* event) {
         connect(action, &QAction::triggered, this, command, Qt::QueuedConnection);  // the menu has gone then
         return action;
     };
+    redirect("edit-cut", &SourceEdit::cut);
+    redirect("edit-copy", &SourceEdit::copy);
     redirect("edit-undo", &SourceEdit::undo);
     if (QAction* again = redirect("edit-redo", &SourceEdit::redo)) {
         again->setText(withKey(*again, '\t' + QKeySequence(redoKey).toString(QKeySequence::NativeText)));
     }
     if (LargeEdits::isLarge(textCursor())) {
-        redirect("edit-cut", &SourceEdit::cut);
         redirect("edit-delete", [this] { largeEdits_.removeSelection(); });
     }
     menu->exec(event->globalPos());
@@ -380,10 +408,20 @@ void SourceEdit::setTabStops() {
     setTabStopDistance(tabColumns * QFontMetricsF(font()).horizontalAdvance(' '));
 }
 
+/// For what Qt does by itself: a drag, and the selection that other programs may paste. Without memory there
+/// is nothing to be had.
 QMimeData* SourceEdit::createMimeDataFromSelection() const {
+    try {
+        return selectionAsMimeData().release();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+std::unique_ptr<QMimeData> SourceEdit::selectionAsMimeData() const {
     auto mime = std::make_unique<QMimeData>();
     mime->setText(withLineFeeds(textCursor().selectedText()));
-    return mime.release();
+    return mime;
 }
 
 }  // namespace tavinor

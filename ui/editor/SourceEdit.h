@@ -6,9 +6,11 @@
 #include <QString>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "ui/common/UnwrappedText.h"
+#include "ui/editor/ForeignCharacters.h"
 #include "ui/editor/LargeEdits.h"
 #include "ui/editor/TextPieces.h"
 
@@ -24,6 +26,8 @@ class SourceEdit : public UnwrappedText {
   public:
     SourceEdit(const QString& name, const QString& accessibleName, QWidget* parent);
 
+    /// Its characters, also those that are still to come into the box.
+    [[nodiscard]] qsizetype size() const { return document()->characterCount() - 1 + arriving_.left(); }
     /// The whole text, to the letter, with LF between its lines.
     [[nodiscard]] QString source();
     /// Puts another text in place of the whole one; it cannot be undone. See `sourceCharacters` for what
@@ -51,8 +55,10 @@ class SourceEdit : public UnwrappedText {
     /// How long a change of the text may take before it shows how far it is.
     void setPatience(std::chrono::milliseconds patience) { largeEdits_.setPatience(patience); }
 
-    // In place of the box's own, which would not answer for seconds where much is to be done.
+    // In place of the box's own, which would not answer for seconds where much is to be done, and know no
+    // lack of memory.
     void cut();
+    void copy();
     void undo();
     void redo();
 
@@ -61,7 +67,7 @@ class SourceEdit : public UnwrappedText {
     void touched();
     /// The user changed the text.
     void edited();
-    /// A change is too large, for the reason given. Nothing has changed.
+    /// A change is too large, for the reason given, or there is too little memory. Nothing has changed.
     void refused(const QString& reason);
 
   protected:
@@ -97,8 +103,6 @@ class SourceEdit : public UnwrappedText {
     [[nodiscard]] Place placeOf(int position) const;
     [[nodiscard]] int positionOf(const Place& place) const;
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
-    void noteAdded(int position, int added);
-    void replaceForeign();
     void noteEdit();
     void takeKey(QKeyEvent* event);
     void dropLarge(QDropEvent* event, const QTextCursor& place, const QString& text);
@@ -106,15 +110,21 @@ class SourceEdit : public UnwrappedText {
     void setTabStops();
     void addPiece();
     void fill();
+    void fillMore();
+    bool guarded(const std::function<void()>& procedure);
+    void insert(const QMimeData& source);
+    void drop(QDropEvent* event);
+    [[nodiscard]] std::unique_ptr<QMimeData> selectionAsMimeData() const;
     void returnToView();
 
     TextPieces arriving_;            ///< The text that is coming in.
     QBasicTimer filling_;            ///< Runs until all of it has come.
+    bool shortOfMemory_ = false;     ///< The last piece has not come; the user has been told.
     std::optional<View> returning_;  ///< What is to be seen again when enough of it has.
     LargeEdits largeEdits_;
     bool settingSource_ = false;  ///< A change of the text is none of the user's.
     bool dropping_ = false;       ///< Looked at already.
-    QList<int> foreign_;          ///< Where characters came that do not belong into a source.
+    ForeignCharacters foreign_;
     QList<QKeySequence> menuKeys_;
 };
 

@@ -8,6 +8,7 @@
 
 #include "files/File.h"
 #include "files/ReplacedFile.h"
+#include "ui/common/AvailableMemory.h"
 #include "ui/common/Paths.h"
 #include "ui/editor/SourceCharacters.h"
 #include "ui/editor/SourceEncoder.h"
@@ -31,19 +32,24 @@ SourceFile tooLarge(const QString& reason) {
 
 }  // namespace
 
-SourceFile decodeSource(const std::string& bytes) {
+SourceFile decodeSource(std::string bytes) {
     if (bytes.empty()) return {.state = SourceFile::State::empty, .encoding = {}, .text = {}};
-    const DecodedText decoded = decode(bytes);
+    const bool utf16 = hasUtf16Mark(bytes);
+    const DecodedText decoded = decode(std::move(bytes));
+    if (utf16 && decoded.encoding == TextEncoding::windows1252) return {};
     QString text = sourceCharacters(fromUtf8(decoded.text));
-    const QString reason = whyTooLarge(extentOf(text));
+    const SourceExtent extent = extentOf(text);
+    const QString reason = whyTooLarge(extent);
     if (!reason.isEmpty()) return tooLarge(reason);
+    requireMemory(memoryOf(extent));
     return {SourceFile::State::read, decoded.encoding, std::move(text)};
 }
 
 SourceFile readSource(const QString& path) {
-    const std::optional<std::string> bytes = readWholeFile(toPath(path), mostOfASource);
-    if (bytes) return decodeSource(*bytes);
     const QFileInfo file(path);
+    if (file.isFile() && file.size() <= mostOfASource) requireMemory(memoryOfReading(file.size()));
+    std::optional<std::string> bytes = readWholeFile(toPath(path), mostOfASource);
+    if (bytes) return decodeSource(std::move(*bytes));
     const QString reason = file.isFile() ? whyTooLarge({.size = file.size()}) : QString();
     return reason.isEmpty() ? SourceFile{} : tooLarge(reason);
 }

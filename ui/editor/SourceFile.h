@@ -25,8 +25,11 @@ struct SourceFile {
     QString text;  ///< Its lines end in LF; see `sourceCharacters`. A byte-order mark is gone.
 };
 
-/// UTF-16 or UTF-8 (plain ASCII is), or Windows-1252 where the bytes are neither.
-SourceFile decodeSource(const std::string& bytes);
+/// UTF-16 or UTF-8 (plain ASCII is), or Windows-1252 where the bytes are neither. Malformed UTF-16 fails:
+/// there is no text that would be written back as these bytes. @throws std::bad_alloc, also where there is
+/// too little memory for the text in its box
+SourceFile decodeSource(std::string bytes);
+/// @throws std::bad_alloc as `decodeSource`
 SourceFile readSource(const QString& path);
 
 /// Whether every character of `text` exists in `encoding`.

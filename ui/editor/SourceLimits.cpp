@@ -47,6 +47,16 @@ std::uint64_t memoryOf(const SourceExtent& extent) {
            static_cast<std::uint64_t>(extent.size) * ofACharacter;
 }
 
+std::uint64_t memoryOfReading(qsizetype size) {
+    constexpr std::uint64_t ofAByte = 6;  // its bytes, UTF-8 of up to three, and Qt's text
+    return static_cast<std::uint64_t>(size) * ofAByte;
+}
+
+std::uint64_t memoryOfSaving(qsizetype size) {
+    constexpr std::uint64_t ofACharacter = 12;  // Qt's text, its bytes, and what a file is rewritten from
+    return static_cast<std::uint64_t>(size) * ofACharacter;
+}
+
 QString whyTooLarge(const SourceExtent& extent) {
     if (extent.size > mostOfASource) {
         return QStringLiteral("Texto demasiado grande. El editor admite hasta 64 MiB.");

@@ -32,6 +32,14 @@ SourceExtent extentWith(QStringView text, const QTextCursor& cursor);
 /// lines of 0, 32 and 100,000 characters.
 std::uint64_t memoryOf(const SourceExtent& extent);
 
+/// The bytes that reading a file of so many takes, beside what its text takes in the box.
+std::uint64_t memoryOfReading(qsizetype size);
+/// The bytes that saving so many characters takes.
+std::uint64_t memoryOfSaving(qsizetype size);
+/// Up to so many characters, saving takes hardly anything, and does not ask: where memory is short, it is
+/// what still has to work.
+inline constexpr qsizetype smallSource = qsizetype{1024} * 1024;
+
 /// What the user is told when that is more than the editor takes; empty when it is not.
 QString whyTooLarge(const SourceExtent& extent);
 

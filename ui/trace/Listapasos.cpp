@@ -119,12 +119,12 @@ bool Listapasos::Form_QueryUnload() {
 }
 
 void Listapasos::closeEvent(QCloseEvent* event) {
-    if (!Form_QueryUnload()) {
-        event->ignore();
-        return;
-    }
-    clear();
-    event->accept();
+    event->ignore();
+    guardMemory(this, [this, event] {
+        if (!Form_QueryUnload()) return;
+        clear();
+        event->accept();
+    });
 }
 
 }  // namespace tavinor

@@ -11,6 +11,7 @@
 
 #include "tests/assembler/window/AssemblerUser.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/OddFiles.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/RealInput.h"
@@ -272,6 +273,18 @@ class OutcomeTest : public QObject {
         const Shown shown = user_->assemble("prog.asm", {"Ensamblado incorrecto"});
         compareFailure(shown, {"==> ERROR: Fichero de más de 64 MiB"},
                        {"==> ERROR: Fichero de más de 64 MiB"});
+    }
+
+    void withoutMemoryNothingBegins() {
+        user_->write("prog.asm", goodSource);
+        user_->write("prog.HEX", "old");
+        user_->write("prog.LST", "old");
+        const test::MemoryLimit limit;
+        const Shown shown = user_->assemble("prog.asm", {"Memoria insuficiente"});
+        QCOMPARE(shown.outcome, "Ensamblado incorrecto");
+        QCOMPARE(shown.listing, QString());
+        QCOMPARE(user_->read("prog.HEX"), QByteArray("old"));
+        QCOMPARE(user_->read("prog.LST"), QByteArray("old"));
     }
 
     void keepsTheEncodingOfTheSource_data() {

@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <QApplication>
 #include <QClipboard>
 #include <QProgressDialog>
@@ -12,6 +10,7 @@
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/Dragging.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/RealInput.h"
 #include "ui/editor/SourceEdit.h"
 
@@ -57,22 +56,6 @@ struct Change {
     int anchor, position;
     Qt::Key key;
     Qt::KeyboardModifiers modifiers;
-};
-
-/// Leaves the process no more memory than it has; what the allocator holds already it can still give.
-class DataLimit {
-  public:
-    DataLimit() {
-        getrlimit(RLIMIT_DATA, &before_);
-        const rlimit none{0, before_.rlim_max};
-        setrlimit(RLIMIT_DATA, &none);
-    }
-    DataLimit(const DataLimit&) = delete;
-    DataLimit& operator=(const DataLimit&) = delete;
-    ~DataLimit() { setrlimit(RLIMIT_DATA, &before_); }
-
-  private:
-    rlimit before_{};
 };
 
 class Fixture {
@@ -309,7 +292,7 @@ class LargeEditsTest : public QObject {
         Fixture f;
         QSignalSpy refused(&f.box, &SourceEdit::refused);
         {
-            const DataLimit limit;
+            const test::MemoryLimit limit;
             f.make(change);
         }
         QVERIFY(f.box.toPlainText() == manyLines());

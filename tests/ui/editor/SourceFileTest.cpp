@@ -5,10 +5,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <filesystem>
+#include <new>
 #include <optional>
 
 #include "tests/support/Canceller.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/OddFiles.h"
 #include "ui/common/Paths.h"
 
@@ -59,7 +61,6 @@ class SourceFileTest : public QObject {
             << QByteArray("\xED\xA0\x80") << QStringLiteral(u"í €") << false;
         QTest::newRow("utf-16, little end first") << QByteArray("\xFF\xFE\xF1\0\xAC\x20", 6) << "ñ€" << true;
         QTest::newRow("utf-16, big end first") << QByteArray("\xFE\xFF\0\xF1\x20\xAC", 6) << "ñ€" << true;
-        QTest::newRow("half of utf-16") << QByteArray("\xFF\xFE\xF1") << "ÿþñ" << false;
         QTest::newRow("line ends") << QByteArray(
                                           "a\r\nb\rc\nd\xE2\x80\xA8"
                                           "e\xE2\x80\xA9"
@@ -86,6 +87,30 @@ class SourceFileTest : public QObject {
         QCOMPARE(file.state, SourceFile::State::read);
         QCOMPARE(file.text, text);
         QCOMPARE(file.encoding != TextEncoding::windows1252, unicode);
+    }
+
+    /// As any text it would be saved as other bytes: half a line end is none.
+    void readsNoMalformedUtf16_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("half a unit") << QByteArray("\xFF\xFE\r\0\n\0\xF1", 7);
+        QTest::newRow("half a unit, big end first") << QByteArray("\xFE\xFF\0\r\0\n\0", 7);
+        QTest::newRow("the mark and half a unit") << QByteArray("\xFF\xFE\xF1");
+        QTest::newRow("first surrogate alone") << QByteArray("\xFF\xFE\x3D\xD8\r\0\n\0", 8);
+        QTest::newRow("first surrogate at the end") << QByteArray("\xFF\xFE\r\0\n\0\x3D\xD8", 8);
+        QTest::newRow("second surrogate alone") << QByteArray("\xFE\xFF\xDE\0\0\r\0\n", 8);
+    }
+
+    void readsNoMalformedUtf16() {
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(decodeSource(bytes.toStdString()).state, SourceFile::State::failed);
+    }
+
+    void asksForTheMemoryOfAFileAndOfItsText() {
+        const std::string oneLine = "NOP\r\n";
+        put(path("a.asm"), QByteArray("\n").repeated(2'000'001));  // whose text would be refused
+        const test::MemoryLimit limit;
+        QVERIFY_EXCEPTION_THROWN(readSource(path("a.asm")), std::bad_alloc);
+        QVERIFY_EXCEPTION_THROWN(decodeSource(oneLine), std::bad_alloc);
     }
 
     void everyByteComesBackInTheOldEncoding() {

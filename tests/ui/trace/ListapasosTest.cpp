@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "tests/support/DialogAnswerer.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/RealInput.h"
 #include "tests/ui/trace/TraceWindowTest.h"
 
@@ -224,6 +225,19 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         DialogAnswerer dialogs;
         dialogs.expectMessage("Demasiadas filas para copiarlas. Puede salvar el listado.");
         press(Qt::Key_A, Qt::ControlModifier);
+        press(Qt::Key_C, Qt::ControlModifier);
+        QTRY_VERIFY(dialogs.allCame());
+        QCOMPARE(QApplication::clipboard()->text(), QString("before"));
+    }
+
+    void copiesNothingWithoutMemory() {
+        QVERIFY(showActive(window_.get()));
+        record(9);
+        QApplication::clipboard()->setText("before");
+        DialogAnswerer dialogs;
+        dialogs.expectMessage("Memoria insuficiente");
+        press(Qt::Key_A, Qt::ControlModifier);
+        const test::MemoryLimit limit;
         press(Qt::Key_C, Qt::ControlModifier);
         QTRY_VERIFY(dialogs.allCame());
         QCOMPARE(QApplication::clipboard()->text(), QString("before"));

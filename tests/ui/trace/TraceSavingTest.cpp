@@ -8,6 +8,7 @@
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/OddFiles.h"
 #include "tests/support/RealInput.h"
 #include "tests/ui/trace/TraceWindowTest.h"
@@ -79,6 +80,23 @@ class TraceSavingTest : public QObject, private TraceWindowTest {
                             "\t\t\t00\t00\t00\t00\t00\t00\t00000\t00\t00\t01\t0000\t0000\r\n"
                             "0000\t01 FF FF \tLXI B,FFFF\t00\tFF\tFF\t00\t00\t00\t00000\t00\t00\t01\t0003"
                             "\t0000\r\n"));
+    }
+
+    void withoutMemoryTheOldFileStays() {
+        QVERIFY(showActive(window_.get()));
+        record(1);
+        const QString path = folder_.filePath("viejo.txt");
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+        old.close();
+        DialogAnswerer dialogs;
+        dialogs.expectFileDialog(saveDialog, path);
+        dialogs.expectQuestion(overwriteQuestion.arg(path), yesNo, QMessageBox::Yes);
+        dialogs.expectMessage("Memoria insuficiente");
+        const test::MemoryLimit limit;
+        clickMenu("salvar");
+        QVERIFY(dialogs.allCame());
+        QCOMPARE(contents(path), QByteArray("old"));
     }
 
     void savesEveryRow_data() {
