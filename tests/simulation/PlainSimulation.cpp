@@ -18,7 +18,7 @@ PlainSimulation::PlainSimulation() {
 
 bool PlainSimulation::step(const RegisterTexts* typed) {
     MachineState& m = moment.machine;
-    trace.listainstru(m, boxTexts(typed));
+    if (keepsRows) trace.listainstru(m, boxTexts(typed));
     m.synmem();
     const bool halts = m.at(m.PC) == hltCode;
     if (halts) {  // before the way out, which may set the counters to 0
@@ -36,7 +36,7 @@ bool PlainSimulation::step(const RegisterTexts* typed) {
         return false;
     }
     refresh();
-    trace.listareg(boxTexts(nullptr));
+    if (keepsRows) trace.listareg(boxTexts(nullptr));
     return true;
 }
 
@@ -81,6 +81,7 @@ void PlainSimulation::intr(std::string_view vectorText) {
 }
 
 void PlainSimulation::savmem(std::int32_t dir, std::int32_t dat) {
+    if (onStore) onStore(dir);
     moment.machine.storeMemory(dir, dat);
     grid[asIndex(dir, memorySize)] = static_cast<std::uint8_t>(dat);
     stores.push_back(dir);

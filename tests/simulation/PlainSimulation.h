@@ -23,6 +23,10 @@ class PlainSimulation final : private Host {
 
     /// Called where a HLT asks for the way out.
     std::function<void(PlainSimulation&)> onHalt;
+    /// Called, where it is set, before a memory cell is written.
+    std::function<void(std::int32_t address)> onStore;
+    /// A long play does without the texts of the rows, which take their time and memory.
+    bool keepsRows = true;
 
     /// One instruction with its rows. False when it failed.
     bool step(const RegisterTexts* typed);
