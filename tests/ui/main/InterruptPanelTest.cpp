@@ -6,7 +6,7 @@
 
 using namespace tavinor;
 
-/// Masks, enable, requests, the serial lines and reset, as the student uses them.
+/// Masks, enable, requests, the serial lines and reset, as the user works with them.
 class InterruptPanelTest : public QObject {
     Q_OBJECT
 

@@ -25,7 +25,7 @@ QString hexDigits(int value, int digits);
 QByteArray hexRecords(int address, const QByteArray& bytes);
 inline const QByteArray endRecord = ":00000001FF\r\n";
 
-/// The main window in a student's hands: controls are found by their names and used by real clicks and keys.
+/// The main window in the user's hands: controls are found by their names and used by real clicks and keys.
 /// A control that does not exist ends the test program.
 class Simulator {
   public:

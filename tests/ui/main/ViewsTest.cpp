@@ -43,7 +43,7 @@ class Foretold final : private Host {
 
 }  // namespace
 
-/// Whatever the program and the student do: everything that is shown equals the machine.
+/// Whatever the program and the user do: everything that is shown equals the machine.
 class ViewsTest : public QObject {
     Q_OBJECT
 
@@ -98,7 +98,7 @@ class ViewsTest : public QObject {
         s_->press("Eje_paso");
     }
 
-    /// Something of the student's own, which ends in a refresh or changes nothing that a refresh would.
+    /// Something of the user's own, which ends in a refresh or changes nothing that a refresh would.
     void intervene() {
         static const QStringList boxes{"txtA",  "txtF",  "txtB", "txtC", "txtBC", "txtPC", "txtD",     "txtE",
                                        "txtDE", "txtSP", "txtH", "txtL", "txtHL", "txtM",  "txtDatMem"};

@@ -2,9 +2,15 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
 
+#include "tests/support/Differences.h"
 #include "tests/support/RealInput.h"
+#include "tests/ui/main/ListedPace.h"
 #include "tests/ui/main/Simulator.h"
 #include "tests/ui/main/ViewsCheck.h"
 
@@ -40,6 +46,26 @@ class WaysBackTest : public QObject {
         }
         QVERIFY(clear != nullptr);
         clear->trigger();
+    }
+    /// A loop of 25 million instructions up to a breakpoint at its end; another one is at the second
+    /// instruction.
+    void runLong() {
+        s_.reset();  // there is one of them at a time
+        s_ = std::make_unique<Simulator>(
+            std::make_unique<ListedPace>(QList<std::int64_t>{1'000'000}, RunPace::Due::events));
+        // MVI D,60; 0002: NOP; 0003: LXI B,0; 0006: DCX B; MOV A,B; ORA C; JNZ 0006; DCR D; JNZ 0003; HLT
+        s_->load(0, QByteArray::fromHex("1660000100000B78B1C2060015C2030076"));
+        steps(2);
+        setBreakpointAt(2);
+        setBreakpointAt(0x10);
+        s_->press("Ejecutar");
+        QCOMPARE(s_->text("txtPC"), QString("0010"));
+        QVERIFY(traceRows() > 25'000'000);
+    }
+    /// A way back, in the middle of which more time passes than a search may take without showing it.
+    void searchLong(const QString& action) const {
+        QTimer::singleShot(0, &s_->window, [] { QThread::msleep(1500); });  // served by the search
+        s_->window.findChild<QAction*>(action)->trigger();
     }
 
   private slots:
@@ -205,6 +231,39 @@ class WaysBackTest : public QObject {
         stepBack();
         QCOMPARE(s_->machine().PC, 2);
         QVERIFY(s_->box("txtDatMem")->hasFocus());
+    }
+
+    void aSearchThatTakesLongShowsItAndCanBeCancelled() {
+        runLong();
+        s_->clickCell("grdmem", 0x2001);  // nothing has ever written there
+        const auto before = std::make_unique<MachineState>(s_->machine());
+        const std::uint64_t revision = s_->window.trace().revision();
+        const QString toldBefore = told();
+        for (const char* action : {"atrasPunto", "atrasCasilla"}) {
+            s_->dialogs.expectWindow("progreso", [](QWidget* dialog) {
+                QVERIFY(dialog->isModal());
+                QCOMPARE(dialog->windowTitle(), QString("Tavinor"));
+                QCOMPARE(qobject_cast<QProgressDialog*>(dialog)->labelText(),
+                         QString("Buscando hacia atrás..."));
+                auto* cancel = dialog->findChild<QPushButton*>();
+                QCOMPARE(cancel->text(), QString("Cancelar"));
+                clickIn(cancel);
+            });
+            searchLong(action);
+            QVERIFY2(s_->dialogs.allCame(), action);
+            QCOMPARE(test::differences(s_->machine(), *before), std::string());
+            QCOMPARE(s_->window.trace().revision(), revision);
+            QCOMPARE(told(), toldBefore);
+            QCOMPARE(difference(), QString());
+        }
+        s_->dialogs.expectWindow("progreso", [](QWidget*) {});  // and waits
+        searchLong("atrasPunto");
+        QVERIFY(s_->dialogs.allCame());
+        QCOMPARE(told(), QString("Atrás, en el punto de ruptura de 0002"));
+        QCOMPARE(s_->text("txtPC"), QString("0002"));
+        QCOMPARE(s_->text("txtD"), QString("60"));
+        QCOMPARE(traceRows(), std::uint64_t{2});
+        QCOMPARE(difference(), QString());
     }
 
     void clearedTraceCannotBeUndone() {
