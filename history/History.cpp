@@ -43,49 +43,51 @@ void History::executed(std::int64_t count, const Moment& now) {
     if (instructions_ % Checkpoints::densest == 0) keep(end(), now);
 }
 
-bool History::changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind) {
-    if (!recording_) return false;
-    const std::size_t firstCell = cells_.size();
-    const std::size_t firstPage = pages_.size();
-    try {
-        const bool sameCells = !noteCells(before, now, touched);
-        const bool anew = begunAnew(before.counters, now.counters);
-        const Counters base = anew ? Counters{} : before.counters;
-        const Change change{
-            .instructions = instructions_,
-            .counters = {static_cast<std::int32_t>(now.counters.instructions - base.instructions),
-                         static_cast<std::int32_t>(now.counters.tStates - base.tStates)},
-            .processor = Processor(now.machine),
-            .kind = kind,
-            .countersAnew = anew,
-            .shownM = now.shownM,
-            .firstCell = static_cast<std::uint32_t>(firstCell),
-            .firstPage = static_cast<std::uint32_t>(firstPage)};
-        const bool same = sameCells && change.processor == Processor(before.machine) &&
-                          now.counters == before.counters && now.shownM == before.shownM;
-        if (same) {
-            dropCellsFrom(firstCell, firstPage);
-        } else {
-            changes_.push_back(change);
+bool History::differ(const Moment& before, const Moment& now, const TouchedCells& touched) {
+    for (std::uint16_t page = 0; page < cellPages; ++page) {
+        if (touched.page(page) &&
+            std::memcmp(bytesOf(before.machine, page), bytesOf(now.machine, page), pageSize) != 0) {
+            return true;
         }
-        return !same;
+    }
+    return Processor(before.machine) != Processor(now.machine) || before.counters != now.counters ||
+           before.shownM != now.shownM;
+}
+
+/// Without memory for the way out of a HLT the HLT itself, whose row would show what it had led to, goes too.
+void History::changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind) {
+    if (!recording_ || !differ(before, now, touched)) return;
+    const std::size_t cells = cells_.size();
+    const std::size_t pages = pages_.size();
+    try {
+        recordChange(before, now, touched, kind);
     } catch (const std::bad_alloc&) {
-        dropCellsFrom(firstCell, firstPage);
+        dropCellsFrom(cells, pages);
+        if (kind == Kind::wayOut) cutBehind({instructions_ - 1, changes_.size()});
         recording_ = false;
-        return false;
     }
 }
 
-/// True when one of them has another byte now.
-bool History::noteCells(const Moment& before, const Moment& now, const TouchedCells& touched) {
-    bool changed = false;
+void History::recordChange(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind) {
+    const bool anew = begunAnew(before.counters, now.counters);
+    const Counters base = anew ? Counters{} : before.counters;
+    const Change change{.instructions = instructions_,
+                        .counters = {static_cast<std::int32_t>(now.counters.instructions - base.instructions),
+                                     static_cast<std::int32_t>(now.counters.tStates - base.tStates)},
+                        .processor = Processor(now.machine),
+                        .shownM = now.shownM,
+                        .kind = kind,
+                        .countersAnew = anew,
+                        .firstCell = static_cast<std::uint32_t>(cells_.size()),
+                        .firstPage = static_cast<std::uint32_t>(pages_.size())};
+    noteCells(now, touched);
+    changes_.push_back(change);
+}
+
+void History::noteCells(const Moment& now, const TouchedCells& touched) {
     for (std::uint16_t page = 0; page < cellPages; ++page) {
-        if (!touched.page(page)) continue;
-        const std::uint8_t* is = bytesOf(now.machine, page);
-        changed = changed || std::memcmp(bytesOf(before.machine, page), is, pageSize) != 0;
-        noteCellsOf(page, is, touched);
+        if (touched.page(page)) noteCellsOf(page, bytesOf(now.machine, page), touched);
     }
-    return changed;
 }
 
 void History::noteCellsOf(std::uint16_t page, const std::uint8_t* now, const TouchedCells& touched) {
@@ -186,7 +188,7 @@ bool History::wrote(std::uint64_t index, std::int32_t address) const {
     return false;
 }
 
-void History::keep(const Position& at, const Moment& moment) {
+void History::keep(const Position& at, const Moment& moment) const {
     try {
         checkpoints_.add(at, moment);
     } catch (const std::bad_alloc&) {

@@ -49,10 +49,11 @@ class History {
     [[nodiscard]] std::int64_t untilCheckpoint() const;
     /// `count` instructions, at most `untilCheckpoint()`, have led to `now`.
     void executed(std::int64_t count, const Moment& now);
+    /// Whether something differs between the two; every cell that does is among `touched`.
+    [[nodiscard]] static bool differ(const Moment& before, const Moment& now, const TouchedCells& touched);
     /// Something from outside has led from `before`, which is where the history ends, to `now`, and has
-    /// written the cells `touched`; every cell that changed is among them. Nothing changed is no change. True
-    /// when it was one.
-    bool changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind);
+    /// written the cells `touched`. Where the two do not differ it is no change, whatever was written.
+    void changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind);
 
     /// Forgets what came after `last`.
     void cutBehind(const Position& last);
@@ -78,8 +79,9 @@ class History {
     void apply(std::uint64_t index, Moment& moment) const;
 
     [[nodiscard]] const Checkpoints& checkpoints() const { return checkpoints_; }
-    /// Keeps a machine that was executed again up to `at`, as long as there is room.
-    void keep(const Position& at, const Moment& moment);
+    /// Keeps a machine that was executed again up to `at`, as long as there is room. It changes nothing of
+    /// what was recorded, only how quickly it is reached.
+    void keep(const Position& at, const Moment& moment) const;
 
     /// The memory that changes take.
     [[nodiscard]] std::size_t bytesOfChanges() const;
@@ -106,20 +108,21 @@ class History {
         std::uint64_t instructions;
         CountersChange counters;
         Processor processor;  // afterwards, as all that follows
-        Kind kind;
-        bool countersAnew;
         std::uint8_t shownM;
+        Kind kind : 1;
+        bool countersAnew : 1;
         std::uint32_t firstCell;
         std::uint32_t firstPage;
     };
 
-    bool noteCells(const Moment& before, const Moment& now, const TouchedCells& touched);
+    void recordChange(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind);
+    void noteCells(const Moment& now, const TouchedCells& touched);
     void noteCellsOf(std::uint16_t page, const std::uint8_t* now, const TouchedCells& touched);
     void dropCellsFrom(std::size_t cell, std::size_t page);
     [[nodiscard]] std::size_t endOfCells(std::uint64_t index) const;
     [[nodiscard]] std::size_t endOfPages(std::uint64_t index) const;
 
-    Checkpoints checkpoints_;
+    mutable Checkpoints checkpoints_;
     std::uint64_t instructions_ = 0;
     std::deque<Change> changes_;
     std::deque<Cell> cells_;

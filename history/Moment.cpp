@@ -13,7 +13,11 @@ Processor::Processor(const MachineState& m)
       L(m.L),
       PC(static_cast<std::uint16_t>(m.PC)),
       SP(static_cast<std::uint16_t>(m.SP)),
-      intState(m.intState),
+      IE(m.intState.IE),
+      M55(m.intState.M55),
+      M65(m.intState.M65),
+      M75(m.intState.M75),
+      R75(m.intState.R75),
       SID(m.SID),
       SOD(m.SOD) {}
 
@@ -28,7 +32,7 @@ void Processor::putInto(MachineState& m) const {
     m.L = L;
     m.PC = PC;
     m.SP = SP;
-    m.intState = intState;
+    m.intState = {.IE = IE, .M55 = M55, .M65 = M65, .M75 = M75, .R75 = R75};
     m.SID = SID;
     m.SOD = SOD;
     m.recomputePairs();

@@ -25,17 +25,30 @@ struct Moment {
     std::uint8_t shownM = 0;
 
     void showM() noexcept { shownM = machine.mem[static_cast<std::size_t>(machine.HL)]; }
+    /// Shows the machine as it is after an instruction or a command. PC is taken back from the four digits of
+    /// its box.
+    void bringUpToDate() noexcept {
+        machine.synmem();
+        machine.PC &= memorySize - 1;
+        showM();
+    }
+    /// What a batch on the machine counts and shows; the rest it has done.
+    void add(const BatchResult& batch) noexcept {
+        counters.instructions += batch.instructions;
+        counters.tStates += batch.tStates;
+        showM();
+    }
 };
 
 /// What a machine has besides memory and ports, without the cached pairs.
 struct Processor {
     std::uint8_t A = 0, B = 0, C = 0, D = 0, E = 0, F = 0, H = 0, L = 0;
     std::uint16_t PC = 0, SP = 0;
-    InterruptState intState;
-    bool SID = false, SOD = false;
+    bool IE : 1 = false, M55 : 1 = false, M65 : 1 = false, M75 : 1 = false, R75 : 1 = false;
+    bool SID : 1 = false, SOD : 1 = false;
 
     Processor() = default;
-    /// `m.PC` is 0..65535.
+    /// Of PC the last four digits count.
     explicit Processor(const MachineState& m);
 
     void putInto(MachineState& m) const;

@@ -1,13 +1,14 @@
 #include "history/Replay.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "machine/RuntimeError.h"
 #include "machine/Stepper.h"
 
 namespace tavinor {
 
-Replay::Replay(History& history) : history_(history), revision_(history.revision()) {
+Replay::Replay(const History& history) : history_(history), revision_(history.revision()) {
     restore({});
 }
 
@@ -67,9 +68,7 @@ void Replay::runTowards(const Position& target, const Breakpoints& breakpoints) 
     end = std::min(end, (at_.instructions / Checkpoints::densest + 1) * Checkpoints::densest);
     const BatchLimit limit{static_cast<std::int64_t>(end - at_.instructions)};
     const BatchResult result = runBatch(moment_->machine, breakpoints, limit, written_);
-    moment_->counters.instructions += result.instructions;
-    moment_->counters.tStates += result.tStates;
-    moment_->showM();
+    moment_->add(result);
     at_.instructions += static_cast<std::uint64_t>(result.instructions);
     executed_ += static_cast<std::uint64_t>(result.instructions);
     if (result.end == BatchResult::End::singleStep) stepAlone();
@@ -78,18 +77,15 @@ void Replay::runTowards(const Position& target, const Breakpoints& breakpoints) 
 
 /// As the window does it: an instruction that fails has moved PC, counts nothing and ends there.
 bool Replay::stepAlone() {
-    MachineState& m = moment_->machine;
     storeCount_ = 0;
     bool succeeded = true;
     try {
-        moment_->counters.tStates += EjecutaPASO(m, *this);
+        moment_->counters.tStates += EjecutaPASO(moment_->machine, *this);
         ++moment_->counters.instructions;
     } catch (const RuntimeError&) {
         succeeded = false;
     }
-    m.synmem();
-    m.PC &= memorySize - 1;
-    moment_->showM();
+    moment_->bringUpToDate();
     ++at_.instructions;
     ++executed_;
     return succeeded;
@@ -102,8 +98,13 @@ bool Replay::step() {
     return succeeded;
 }
 
+std::array<bool, pageCount> Replay::takeWrittenPages() {
+    return std::exchange(written_, {}).pages;
+}
+
 void Replay::savmem(std::int32_t dir, std::int32_t dat) {
     moment_->machine.storeMemory(dir, dat);
+    written_.pages[static_cast<std::size_t>(dir & (memorySize - 1)) / pageSize] = true;
     stores_[storeCount_++] = dir;
 }
 

@@ -14,7 +14,7 @@ namespace tavinor {
 /// when that is the shortest way. Each reader of a history has one.
 class Replay final : private Host {
   public:
-    explicit Replay(History& history);
+    explicit Replay(const History& history);
 
     /// Goes to `target`, which is a position of the history, but executes at most about `most` instructions
     /// for it. True when it has arrived; else the next call goes on.
@@ -37,6 +37,9 @@ class Replay final : private Host {
     /// Whether that stored to the memory cell `address`, the way out included.
     [[nodiscard]] bool stored(std::int32_t address) const;
 
+    /// The pages that instructions have written since this was asked last.
+    [[nodiscard]] std::array<bool, pageCount> takeWrittenPages();
+
     /// All the instructions that it has executed.
     [[nodiscard]] std::uint64_t executed() const { return executed_; }
 
@@ -55,10 +58,10 @@ class Replay final : private Host {
     bool stepAlone();
     void leaveCheckpoint(const Position& target);
 
-    History& history_;
+    const History& history_;
     std::unique_ptr<Moment> moment_ = std::make_unique<Moment>();
     std::unique_ptr<Breakpoints> noBreakpoints_ = std::make_unique<Breakpoints>();
-    Written written_;  // what a batch tells, and is of no use here
+    Written written_;
     Position at_;
     std::uint64_t revision_;
     std::uint64_t executed_ = 0;

@@ -42,7 +42,8 @@ void acceptRst75(MachineState& m, Host& host);
 /// INTR: interrupts off, then the instruction whose opcode the device supplies (`vectorText`, hexadecimal)
 /// executes once in the place of the byte at PC, with PC left where it is. The borrowed byte is shown
 /// nowhere, and it is put back whatever the instruction wrote there: see behaviour.md, Machine: interrupts.
-/// @throws RuntimeError overflow when the vector is above 255 (nothing executed), or as the instruction.
+/// Returns the T-states of the instruction. @throws RuntimeError overflow when the vector is above 255
+/// (nothing executed), or as the instruction.
 int requestIntr(MachineState& m, Host& host, std::string_view vectorText);
 
 }  // namespace tavinor

@@ -15,13 +15,6 @@ namespace {
 
 constexpr std::uint8_t hltCode = 0x76;
 
-/// What the window shows of the machine after an instruction or a command.
-void bringUpToDate(Moment& moment) {
-    moment.machine.synmem();
-    moment.machine.PC &= memorySize - 1;  // PC is taken back from the four digits of its box
-    moment.showM();
-}
-
 }  // namespace
 
 Simulation::Simulation(HaltHandler& handler)
@@ -58,9 +51,7 @@ std::int64_t Simulation::executeBatch(std::int64_t most) {
         execute();
         return 1;
     }
-    now_->counters.instructions += result.instructions;
-    now_->counters.tStates += result.tStates;
-    now_->showM();
+    now_->add(result);
     history_.executed(result.instructions, *now_);
     trace_.listareg(*now_);
     return result.instructions;
@@ -86,10 +77,14 @@ void Simulation::execute() {
         finishHalt();
         return;
     }
-    ++now_->counters.instructions;
-    now_->counters.tStates += states;
+    count(states);
     finishInstruction();
     trace_.listareg(*now_);
+}
+
+void Simulation::count(int states) {
+    ++now_->counters.instructions;
+    now_->counters.tStates += states;
 }
 
 void Simulation::announceHalt() {
@@ -103,14 +98,14 @@ void Simulation::announceHalt() {
 }
 
 void Simulation::finishInstruction() {
-    bringUpToDate(*now_);
+    now_->bringUpToDate();
     history_.executed(1, *now_);
 }
 
 /// The HLT has been executed, and its way out is a change that follows it. Where the trace was cleared in
 /// between, the history begins at the HLT, and the way out is all there is.
 void Simulation::finishHalt() {
-    bringUpToDate(*now_);
+    now_->bringUpToDate();
     const bool cleared = std::exchange(clearedInHalt_, false);
     if (!cleared) history_.executed(1, *before_);
     changing_ = Changing::nothing;
@@ -118,8 +113,14 @@ void Simulation::finishHalt() {
     trace_.listareg(*now_);
 }
 
+/// The HLT itself counts before its way out, which may be a reset.
 void Simulation::halt() {
-    if (changing_ == Changing::nothing) beginWayOut();
+    count(tStates[hltCode]);
+    if (changing_ == Changing::nothing) {
+        beginWayOut();
+    } else {
+        borrowed_.back().counted = true;  // nothing else than an INTR executes it then
+    }
     ++haltsOpen_;
     try {
         handler_.halt();
@@ -130,12 +131,9 @@ void Simulation::halt() {
     --haltsOpen_;
 }
 
-/// The HLT itself counts before its way out, which may be a reset.
 void Simulation::beginWayOut() {
-    ++now_->counters.instructions;
-    now_->counters.tStates += tStates[hltCode];
     *before_ = *now_;
-    bringUpToDate(*before_);
+    before_->bringUpToDate();
     touched_.clear();
     changing_ = Changing::wayOut;
 }
@@ -233,10 +231,11 @@ void Simulation::rst75() {
 void Simulation::intr(std::string_view vectorText) {
     beginChange();
     const std::int32_t place = now_->machine.PC;
-    borrowed_.push_back({.address = place, .byte = now_->machine.at(place), .stored = std::nullopt});
+    borrowed_.push_back(
+        {.address = place, .byte = now_->machine.at(place), .stored = std::nullopt, .counted = false});
     try {
-        now_->counters.tStates += requestIntr(now_->machine, *this, vectorText);
-        ++now_->counters.instructions;
+        const int states = requestIntr(now_->machine, *this, vectorText);
+        if (!borrowed_.back().counted) count(states);
     } catch (...) {
         giveBack();
         throw;
@@ -268,7 +267,7 @@ LoadResult Simulation::load(const std::filesystem::path& path, WorkObserver& obs
 void Simulation::refresh() {
     const MachineState& m = now_->machine;
     if (m.PC >= memorySize || now_->shownM != m.at(m.HL)) beginChange();
-    bringUpToDate(*now_);
+    now_->bringUpToDate();
 }
 
 void Simulation::refreshM() {
@@ -282,16 +281,20 @@ void Simulation::toggleBreakpoint(std::int32_t address) {
     flag = static_cast<std::int16_t>(~flag);
 }
 
+/// What the boxes show is not refreshed by it.
 void Simulation::clearTrace() {
+    trace_.clear();
     *before_ = *now_;
-    bringUpToDate(*before_);
     touched_.clear();
-    // Within a HLT the way out is still to come, and a byte that was borrowed is not back yet.
-    for (const Borrowed& borrowed : borrowed_) touched_.markMemory(borrowed.address);
+    // Within a HLT the way out is still to come. The history begins with the borrowed bytes back in place.
+    for (auto borrowed = borrowed_.rbegin(); borrowed != borrowed_.rend(); ++borrowed) {
+        before_->machine.mem[static_cast<std::size_t>(borrowed->address)] = borrowed->byte;
+        touched_.markMemory(borrowed->address);
+    }
+    before_->machine.synmem();
     clearedInHalt_ = changing_ == Changing::wayOut;
     if (haltsOpen_ == 0) changing_ = Changing::nothing;
     history_.begin(*before_);
-    trace_.clear();
 }
 
 Written Simulation::takeWritten() {
@@ -300,25 +303,24 @@ Written Simulation::takeWritten() {
 
 // ---- the way back
 
-bool Simulation::canGoBack() {
-    if (haltsOpen_ > 0) return false;
-    endChange();
-    return history_.recording() && history_.end() != Position{};
+bool Simulation::canGoBack() const {
+    if (haltsOpen_ > 0 || !history_.recording()) return false;
+    const bool changed = changing_ == Changing::user && History::differ(*before_, *now_, touched_);
+    return changed || history_.end() != Position{};
 }
 
 void Simulation::goBack(const Position& target) {
     endChange();
     replay_.seek(target);
     *now_ = replay_.moment();
-    history_.cutBehind(target);
-    trace_.cut();
-    if (!trace_.empty()) {
-        TraceReader(trace_).read(trace_.size() - 1, 1,
-                                 [this](const TraceRow& row, const RowTexts*) { trace_.setLast(row); });
-    }
     shownCells_.clear();
     written_.pages.fill(true);
     written_.ports = true;
+    history_.cutBehind(target);
+    trace_.cut();
+    if (trace_.empty()) return;
+    TraceReader(trace_).read(trace_.size() - 1, 1,
+                             [this](const TraceRow& row, const RowTexts*) { trace_.setLast(row); });
 }
 
 }  // namespace tavinor

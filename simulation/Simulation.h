@@ -108,13 +108,14 @@ class Simulation final : private Host {
 
     // The way back.
 
+    /// Whether there is anything to undo. Never within an instruction.
+    [[nodiscard]] bool canGoBack() const;
+    [[nodiscard]] const History& history() const { return history_; }
     /// What the user has changed by now is part of the history from now on.
     void settle() { endChange(); }
-    /// Whether there is anything to undo. Never within an instruction. Settles.
-    [[nodiscard]] bool canGoBack();
-    [[nodiscard]] History& history() { return history_; }
     /// Back to a position of the history; what came after it is forgotten. Breakpoints stay: see
-    /// behaviour.md, Simulation: going back. Only where one can go back.
+    /// behaviour.md, Simulation: going back. Only where one can go back. @throws std::bad_alloc: it has gone
+    /// back all the same, and a state row too many may follow.
     void goBack(const Position& target);
 
   private:
@@ -130,6 +131,7 @@ class Simulation final : private Host {
     void endChange();
     void beginWayOut();
     void execute();
+    void count(int states);
     void announceHalt();
     void finishInstruction();
     void finishHalt();
@@ -159,6 +161,7 @@ class Simulation final : private Host {
         std::int32_t address;
         std::uint8_t byte;
         std::optional<std::uint8_t> stored;
+        bool counted;  // the instruction, already
     };
     std::vector<Borrowed> borrowed_;
 };

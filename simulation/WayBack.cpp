@@ -1,15 +1,28 @@
 #include "simulation/WayBack.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "images/Disassembler.h"
 
 namespace tavinor {
 
 WayBack::WayBack(Simulation& simulation)
-    : breakpoints_(simulation.breakpoints()), history_(simulation.history()), replay_(history_) {}
+    : simulation_(simulation),
+      breakpoints_(simulation.breakpoints()),
+      history_(simulation.history()),
+      replay_(history_) {}
+
+Position WayBack::oneStep() {
+    simulation_.settle();
+    return history_.beforeNewest();
+}
 
 /// Executes the parts between two kept machines again, the newest one first, until `look` finds something.
 template <typename Look>
 std::optional<Position> WayBack::lookBack(WorkObserver& observer, const Look& look) {
+    simulation_.settle();
     const auto all = static_cast<double>(history_.end().instructions + 1);
     for (Position to = history_.end(); to != Position{};) {
         const Position from = history_.checkpoints().positionStrictlyBefore(to);
@@ -42,7 +55,37 @@ std::optional<Position> WayBack::toLastWrite(std::int32_t address, WorkObserver&
     });
 }
 
+/// In stretches that are executed as quickly as a run; only those that wrote to the page of the cell are gone
+/// through once more, the newest one first.
 std::optional<Position> WayBack::lastWriteIn(const Position& from, const Position& to, std::int32_t address) {
+    constexpr std::uint64_t stretch = 1024;
+    std::vector<std::pair<Position, Position>> writing;
+    replay_.seek(from);
+    while (replay_.at() < to) {
+        const Position start = replay_.at();
+        const std::uint64_t instructions = start.instructions + stretch;
+        const Position end = std::min(to, {instructions, history_.changesUpTo(instructions)});
+        if (mayWrite(end, address)) writing.emplace_back(start, end);
+    }
+    for (auto part = writing.rbegin(); part != writing.rend(); ++part) {
+        const auto& [start, end] = *part;
+        if (std::optional<Position> found = lastWriteStepping(start, end, address)) return found;
+    }
+    return std::nullopt;
+}
+
+/// Whether the way to `to` may write the cell.
+bool WayBack::mayWrite(const Position& to, std::int32_t address) {
+    bool writes = false;
+    for (std::uint64_t change = replay_.at().changes; change < to.changes; ++change) {
+        writes = writes || history_.wrote(change, address);
+    }
+    replay_.seek(to);
+    return replay_.takeWrittenPages()[static_cast<std::size_t>(address / pageSize)] || writes;
+}
+
+std::optional<Position> WayBack::lastWriteStepping(const Position& from, const Position& to,
+                                                   std::int32_t address) {
     std::optional<Position> last;
     replay_.seek(from);
     while (replay_.at() < to) {

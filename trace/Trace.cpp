@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "machine/HexText.h"
 #include "trace/InstructionCode.h"
@@ -31,9 +32,10 @@ bool Trace::lastRowShows(const RegisterImage& image, const RegisterTexts* typed)
 }
 
 void Trace::addStateRow(const Moment& now, const RegisterTexts* typed) {
-    const std::uint64_t row = size();
-    if (typed != nullptr) typed_[row].texts.registers = *typed;
+    std::map<std::uint64_t, TypedRow> texts;  // all that needs memory comes before the row is there
+    if (typed != nullptr) texts[size()].texts.registers = *typed;
     stateRows_.emplace_back(history_.end());
+    typed_.merge(texts);
     last_ = RegisterImage(now.machine, now.shownM);
     lastHasRegisters_ = true;
     ++revision_;
@@ -41,10 +43,11 @@ void Trace::addStateRow(const Moment& now, const RegisterTexts* typed) {
 
 /// Of an address that is too long its last digits count.
 void Trace::noteTyped(const MachineState& machine, const std::string& address) {
-    TypedRow& row = typed_[size()];
+    TypedRow row;
     row.texts.address = address;
     row.address = static_cast<std::uint16_t>(dec(address) & 0xFFFF);
     row.code = instructionCode(machine, row.address);
+    typed_[size()] = std::move(row);
 }
 
 void Trace::openRow() {
@@ -57,11 +60,13 @@ void Trace::openRow() {
 /// The next comparison finds no registers in the last row: it may cost a state row too many.
 void Trace::withdrawOpenRow() {
     open_ = false;
+    forgetTypedBehindTheEnd();
     ++revision_;
 }
 
 void Trace::listareg(const Moment& now) {
     open_ = false;
+    ++revision_;
     if (!history_.recording()) return;
     if (empty()) {
         listainstru(now, nullptr);  // the first state row
@@ -69,7 +74,6 @@ void Trace::listareg(const Moment& now) {
     }
     last_ = RegisterImage(now.machine, now.shownM);
     lastHasRegisters_ = true;
-    ++revision_;
 }
 
 void Trace::listafailed() {
@@ -85,16 +89,20 @@ void Trace::clear() {
     ++revision_;
 }
 
-/// A state row belongs to what the user changed; one without such a change (the first one, or that of what
-/// was being typed) belongs to the instruction behind it.
+/// A state row belongs to what the user changed; one without such a change (or that of what was being typed)
+/// belongs to the instruction behind it. The first one always does: it leaves with the first instruction.
 void Trace::cut() {
     const Position end = history_.end();
-    const auto isBehind = [&](const Position& at) {
-        return at > end || (at == end && !history_.endsGroup(end));
-    };
+    const bool endsGroup = end.instructions > 0 && history_.endsGroup(end);
+    const auto isBehind = [&](const Position& at) { return at > end || (at == end && !endsGroup); };
     while (!stateRows_.empty() && isBehind(stateRows_.back().position())) stateRows_.pop_back();
-    typed_.erase(typed_.lower_bound(size()), typed_.end());
+    forgetTypedBehindTheEnd();
+    lastHasRegisters_ = false;  // until it is told
     ++revision_;
+}
+
+void Trace::forgetTypedBehindTheEnd() {
+    typed_.erase(typed_.lower_bound(size()), typed_.end());
 }
 
 void Trace::setLast(const TraceRow& last) {

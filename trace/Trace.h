@@ -24,7 +24,7 @@ class Trace {
         std::uint32_t code = 0;     ///< and what lay there.
     };
 
-    explicit Trace(History& history) : history_(history) {}
+    explicit Trace(const History& history) : history_(history) {}
 
     [[nodiscard]] std::uint64_t size() const {
         return history_.end().instructions + stateRows_.size() + (open_ ? 1U : 0U);
@@ -55,7 +55,7 @@ class Trace {
     void cut();
     void setLast(const TraceRow& last);
 
-    [[nodiscard]] History& history() const { return history_; }
+    [[nodiscard]] const History& history() const { return history_; }
     [[nodiscard]] std::uint64_t stateRows() const { return stateRows_.size(); }
     /// The number of the state row with this index.
     [[nodiscard]] std::uint64_t rowOfState(std::uint64_t index) const {
@@ -86,9 +86,10 @@ class Trace {
 
     [[nodiscard]] bool lastRowShows(const RegisterImage& image, const RegisterTexts* typed) const;
     void addStateRow(const Moment& now, const RegisterTexts* typed);
+    void forgetTypedBehindTheEnd();
     void noteTyped(const MachineState& machine, const std::string& address);
 
-    History& history_;
+    const History& history_;
     std::deque<StateRow> stateRows_;
     std::map<std::uint64_t, TypedRow> typed_;  // by the number of the row
     bool open_ = false;

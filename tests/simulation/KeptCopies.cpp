@@ -44,7 +44,8 @@ std::string KeptCopies::step() {
         return text;
     }
     const bool stateRow = twins.rows() == entry.rows + 2;
-    if (stateRow && afterGroup) ++entry.rows;  // it belongs to the group
+    if (stateRow && afterGroup) ++entry.rows;              // it belongs to the group,
+    if (entry.position.instructions == 0) entry.rows = 0;  // but the first one to the first instruction
     entry.stores = twins.plain.stores;
     entries.push_back(std::move(entry));
     return text;

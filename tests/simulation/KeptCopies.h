@@ -42,7 +42,7 @@ class KeptCopies {
     std::string step();
     void clear();
     Entry remembered();
-    [[nodiscard]] History& history() { return twins.simulation.history(); }
+    [[nodiscard]] const History& history() { return twins.simulation.history(); }
 };
 
 }  // namespace tavinor::test

@@ -21,16 +21,9 @@ bool PlainSimulation::step(const RegisterTexts* typed) {
     if (keepsRows) trace.listainstru(m, boxTexts(typed));
     m.synmem();
     const bool halts = m.at(m.PC) == hltCode;
-    if (halts) {  // before the way out, which may set the counters to 0
-        ++moment.counters.instructions;
-        moment.counters.tStates += tStates[hltCode];
-    }
     try {
         const int states = EjecutaPASO(m, *this);
-        if (!halts) {
-            ++moment.counters.instructions;
-            moment.counters.tStates += states;
-        }
+        if (!halts) count(states);
     } catch (const RuntimeError&) {
         refresh();
         return false;
@@ -69,6 +62,7 @@ void PlainSimulation::rst75() {
 void PlainSimulation::intr(std::string_view vectorText) {
     const std::int32_t place = moment.machine.PC;
     const std::uint8_t borrowed = moment.machine.at(place);
+    const bool halts = dec(vectorText) == hltCode;
     int states = 0;
     try {
         states = requestIntr(moment.machine, *this, vectorText);
@@ -76,6 +70,16 @@ void PlainSimulation::intr(std::string_view vectorText) {
         if (moment.machine.at(place) != borrowed) stores.push_back(place);  // the vector is left there
         throw;
     }
+    if (!halts) count(states);
+}
+
+/// A HLT counts before its way out, which may set the counters to 0.
+void PlainSimulation::halt() {
+    count(tStates[hltCode]);
+    onHalt(*this);
+}
+
+void PlainSimulation::count(int states) {
     ++moment.counters.instructions;
     moment.counters.tStates += states;
 }

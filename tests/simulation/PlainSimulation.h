@@ -55,7 +55,8 @@ class PlainSimulation final : private Host {
   private:
     void savmem(std::int32_t dir, std::int32_t dat) override;
     void savport(std::int32_t dir, std::int32_t dat) override { moment.machine.storePort(dir, dat); }
-    void halt() override { onHalt(*this); }
+    void halt() override;
+    void count(int states);
     [[nodiscard]] BoxTexts boxTexts(const RegisterTexts* typed) const;
 };
 

@@ -155,7 +155,7 @@ void ByteGrid::scrollNear(std::int32_t address) {
 void ByteGrid::refresh() {
     const int below = rowAt(viewport()->height() - 1);
     const int last = below >= 0 ? below : model_->rowCount() - 1;
-    for (int row = rowAt(0); row <= last; ++row) {
+    for (int row = std::max(rowAt(0), 0); row <= last; ++row) {
         if (model_->takeRowChanged(row)) {
             viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
         }

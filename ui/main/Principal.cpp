@@ -1,5 +1,6 @@
 #include "ui/main/Principal.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QScopeGuard>
@@ -71,6 +72,7 @@ void Principal::enterSerialInput(bool SID) {
 void Principal::enterPointer() {
     simulation_.refreshM();
     showRegisters();
+    allowWaysBack();
 }
 
 void Principal::enterMemoryByte(std::int32_t address, int byte) {
@@ -171,7 +173,6 @@ void Principal::stop() {
 /// A refresh overwrites what is being typed.
 Principal::Executed Principal::executeSome(std::int64_t most) {
     const std::optional<RegisterTexts> typed = typedTexts();
-    viewsBehind_ = true;
     const std::int64_t instructions = simulation_.run(most, typed ? &*typed : nullptr);
     viewsBehind_ = true;
     if (typed) bringUpToDate();
@@ -216,7 +217,8 @@ void Principal::bringUpToDate() {
 }
 
 void Principal::allowWaysBack() {
-    history_->allow(!running() && simulation_.canGoBack());
+    const bool inReach = QApplication::activeModalWidget() == nullptr;
+    history_->allow(inReach && !running() && simulation_.canGoBack());
 }
 
 void Principal::showRegisters() {
@@ -343,6 +345,13 @@ bool Principal::focusNextPrevChild(bool next) {
 
 bool Principal::Form_QueryUnload() {
     return !running() && editor_->mayClose();
+}
+
+/// Nothing is undone behind a modal window.
+bool Principal::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked) history_->allow(false);
+    if (event->type() == QEvent::WindowUnblocked) allowWaysBack();
+    return QMainWindow::event(event);
 }
 
 void Principal::closeEvent(QCloseEvent* event) {

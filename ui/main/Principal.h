@@ -67,6 +67,7 @@ class Principal : public QMainWindow, private HaltHandler, private RunWindow {
     void closed();
 
   protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 

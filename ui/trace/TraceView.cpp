@@ -112,7 +112,7 @@ std::uint64_t TraceView::lastFirstRow() const {
 void TraceView::bringUpToDate() {
     if (!isVisible() || seenRevision_ == trace_.revision()) return;
     seenRevision_ = trace_.revision();
-    if (current_ && current_->row >= rowCount()) {
+    if (current_ && std::max(current_->row, anchor_) >= rowCount()) {
         current_.reset();
         anchor_ = 0;
     }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tests/support/RealInput.h"
+#include "tests/ui/main/ListedPace.h"
 #include "tests/ui/main/Simulator.h"
 
 using namespace tavinor;
@@ -45,6 +46,21 @@ class RunInputTest : public QObject {
   private slots:
     void init() { s_ = std::make_unique<Simulator>(); }
     void cleanup() { s_.reset(); }
+
+    /// Nothing is brought up to date between what the user types and the dialog of a HLT.
+    void whatIsBeingTypedIsStillThereInAHalt() {
+        s_ = std::make_unique<Simulator>(std::make_unique<ListedPace>(QList<std::int64_t>{1}));
+        s_->load(0, QByteArray::fromHex("0076"));  // NOP; HLT
+        QString shown;
+        s_->dialogs.expectWindow("Halt", [&](QWidget* dialog) {
+            shown = s_->text("txtD");
+            clickIn(dialog->findChild<QAbstractButton*>("eje"));  // and stops
+            clickIn(dialog->findChild<QWidget*>("aceptar"));
+        });
+        QTimer::singleShot(0, &s_->window, [&] { s_->type("txtD", "7"); });
+        s_->press("Ejecutar");
+        QCOMPARE(shown, QString("7"));
+    }
 
     void aDoubleClickIsForTheRowUnderThePointer() {
         loadCounter();

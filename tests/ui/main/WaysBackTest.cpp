@@ -97,6 +97,22 @@ class WaysBackTest : public QObject {
         QCOMPARE(traceRows(), std::uint64_t{4});
     }
 
+    void notBehindAModalWindow() {
+        loadProgram();
+        steps(1);
+        QVERIFY(allowed());
+        bool allowedBehind = true;
+        s_->dialogs.expectWindow("Halt", [&](QWidget* dialog) {
+            allowedBehind = allowed();
+            clickIn(dialog->findChild<QWidget*>("aceptar"));
+        });
+        s_->enter("txtDirMem", "0002");
+        s_->enter("txtDatMem", "76");  // HLT
+        steps(1);
+        QVERIFY(!allowedBehind);
+        QVERIFY(allowed());
+    }
+
     void whatWasChangedByHandIsUndoneAsOne() {
         loadProgram();
         steps(1);
