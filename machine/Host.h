@@ -5,8 +5,8 @@
 namespace tavinor {
 
 /// What the machine needs from the place it runs in: the only way in which an instruction reaches anything
-/// outside the `MachineState`. The main window implements it and keeps its grids in step; a test needs five
-/// lines.
+/// outside the `MachineState`. The simulation implements it, and notes what the grids have to show; a test
+/// needs five lines.
 class Host {
   public:
     /// Stores `dat` (0..255) in memory cell `dir` (0..65535) and shows it.

@@ -53,7 +53,7 @@ class LongSearchTest : public testing::TestWithParam<unsigned> {
         play.runTo(4 * distance + 1 + static_cast<std::uint64_t>(play.any(30'000)));
     }
 
-    History& history() { return play.simulation.history(); }
+    const History& history() { return play.simulation.history(); }
     /// The latest entry that `fits`, by its index.
     template <typename Fits>
     std::optional<std::size_t> latest(const Fits& fits) {

@@ -23,7 +23,7 @@ struct BytePanelNames {
 };
 
 /// A framed group with a byte grid and the boxes "Dirección:" and "Dato:" for its selected cell. The grid is
-/// a view: an entered byte is announced, and comes back through `setCell`.
+/// a view: an entered byte is announced, and comes back through `setCells`.
 class BytePanel : public QGroupBox {
     Q_OBJECT
 

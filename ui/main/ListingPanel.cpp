@@ -222,7 +222,7 @@ void ListingPanel::prg_KeyDown(int key) {
     if (back) listing_.stepBackOneByte();
     if (forward) listing_.scrollForward();
     showRows();
-    // The student has selected another instruction, in the same row of the list.
+    // The user has selected another instruction, in the same row of the list.
     if (listing_.address(listing_.selected()) != before) prg_Click();
 }
 

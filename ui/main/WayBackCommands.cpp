@@ -2,6 +2,7 @@
 
 #include "simulation/WayBack.h"
 #include "ui/common/HexString.h"
+#include "ui/common/WorkProgress.h"
 
 namespace tavinor {
 
@@ -27,7 +28,7 @@ QString WayBackCommands::oneStep() {
 }
 
 std::optional<QString> WayBackCommands::toBreakpoint() {
-    WorkProgress progress(window_, searchTexts(), patience_);
+    WorkProgress progress(window_, searchTexts());
     try {
         simulation_.goBack(WayBack(simulation_).toBreakpoint(progress));
     } catch (const Cancelled&) {
@@ -38,7 +39,7 @@ std::optional<QString> WayBackCommands::toBreakpoint() {
 }
 
 std::optional<QString> WayBackCommands::toLastWrite(std::int32_t address) {
-    WorkProgress progress(window_, searchTexts(), patience_);
+    WorkProgress progress(window_, searchTexts());
     try {
         const std::optional<Position> target = WayBack(simulation_).toLastWrite(address, progress);
         if (!target) return QStringLiteral("Nada ha escrito en ") + hexString(address, 4);

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <chrono>
 #include <cstdint>
 #include <optional>
-
-#include "ui/common/WorkProgress.h"
 
 namespace tavinor {
 
@@ -25,13 +22,9 @@ class WayBackCommands {
     std::optional<QString> toLastWrite(std::int32_t address);
     QString toBeginning();
 
-    /// How long a search may take before it shows how far it is.
-    void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
-
   private:
     Simulation& simulation_;
     QWidget* window_;
-    std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
 };
 
 }  // namespace tavinor
