@@ -76,8 +76,9 @@ inline std::size_t asIndex(std::int32_t index, std::int32_t size) {
 ///
 /// All zero when created, memory and ports included; `reset` gives the state after power-up. The cells 65536
 /// and 65537 mirror cells 0 and 1, so that operands of an instruction at FFFE or FFFF wrap round when it is
-/// executed. The mirror is brought up to date by `synmem`, not after every write: within an instruction it may
-/// lag (see behaviour.md, Machine: mirror cells). What only shows memory reads round the top without it (`wrapped`).
+/// executed. The mirror is brought up to date by `synmem`, not after every write: within an instruction it
+/// may lag (see behaviour.md, Machine: mirror cells). What only shows memory reads round the top without it
+/// (`wrapped`).
 struct MachineState : Registers {
     std::array<std::uint8_t, mirroredMemorySize> mem{};
     std::array<std::uint8_t, portCount> port{};  ///< `IN` and `OUT` share this array.
