@@ -136,6 +136,22 @@ void measureRun(Principal& principal, double idleRate) {
                 static_cast<long long>(watcher.longestWait()));
 }
 
+/// From the click on "&Parar" to the end of the run, at different times after its beginning.
+void measureStopping(Principal& principal) {
+    constexpr int times = 50;
+    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
+    double longest = 0;
+    for (int i = 0; i < times; ++i) {
+        const int due = 40 + 3 * i;  // milliseconds
+        QTimer::singleShot(due, Qt::PreciseTimer, run, &QAbstractButton::click);
+        QElapsedTimer timer;
+        timer.start();
+        run->click();
+        longest = std::max(longest, static_cast<double>(timer.nsecsElapsed()) / 1e6 - due);
+    }
+    std::printf("click to stopped      %6.1f ms at the most of %d\n", longest, times);
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -151,5 +167,6 @@ int main(int argc, char* argv[]) {
     const double idleRate = benchmarks::idleLoopRate();
     std::printf("empty loop            %6.2f million turns of processEvents() a second\n", idleRate / 1e6);
     measureRun(principal, idleRate);
+    measureStopping(principal);
     return 0;
 }

@@ -79,6 +79,20 @@ void measureAction(const char* name, TraceView* view, Action action) {
     std::printf("%-28s %6.1f ms\n", name, static_cast<double>(timer.nsecsElapsed()) / 1e6);
 }
 
+/// Steps back as the key does while it is held down, each with the paints that it asks for.
+void measureStepsBack(Principal& principal) {
+    auto* back = principal.findChild<QAction*>("pasoAtras");
+    constexpr int steps = 200;
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < steps; ++i) {
+        back->trigger();
+        QCoreApplication::processEvents();
+    }
+    std::printf("%-28s %6.0f a second, all views and the trace painted\n", "steps back",
+                steps * 1000.0 / static_cast<double>(timer.elapsed()));
+}
+
 void runUntil(Principal& principal, std::uint64_t rows) {
     auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
     const Trace& trace = principal.trace();
@@ -140,6 +154,7 @@ int main(int argc, char* argv[]) {
     measureAction("to the beginning", view, [&] { view->setCurrent({0, 0}, false); });
     measureAction("to the middle", view, [&] { view->setCurrent({view->rowCount() / 2, 0}, false); });
     measureAction("to the end", view, [&] { view->setCurrent({view->rowCount() - 1, 0}, false); });
+    measureStepsBack(principal);
     if (view->rowCount() <= mostRowsToSave) measureSaving(principal.trace(), *trace);
     measureAction("clearing", view, [&] { trace->findChild<QAction*>("borrar")->trigger(); });
     return 0;
