@@ -28,8 +28,9 @@ class History {
         wayOut,   ///< Of the HLT just before: undone with it.
     };
 
-    /// What the checkpoints may take, unless something else is said.
-    static constexpr std::size_t usualBytes = std::size_t{64} * 1024 * 1024;
+    /// What the checkpoints may take, unless something else is said. With what is reserved for more of them
+    /// it stays below 64 MiB.
+    static constexpr std::size_t usualBytes = std::size_t{62} * 1024 * 1024;
 
     /// Begins at `now`.
     explicit History(const Moment& now, std::size_t mostBytes = usualBytes);
