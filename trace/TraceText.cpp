@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "machine/Flags.h"
 #include "machine/HexText.h"
@@ -65,13 +66,24 @@ class Line {
         byte(value & 255);
     }
     void separate() { buffer_[size_++] = separator; }
+    /// So many cells without a text.
+    void empty(std::size_t cells) {
+        for (std::size_t i = 1; i < cells; ++i) separate();
+    }
 
     void instruction(const TraceRow& row);
-    void registers(const RegisterImage& r);
+    void registers(const RegisterImage& r) {
+        registers(r, std::make_index_sequence<registerColumns.size()>());
+    }
 
     [[nodiscard]] std::string_view view() const { return {buffer_.data(), size_}; }
 
   private:
+    template <std::size_t... columns>
+    void registers(const RegisterImage& r, std::index_sequence<columns...> all);
+    template <std::size_t index>
+    void registerCell(const RegisterImage& r);
+
     std::array<char, 128> buffer_;
     std::size_t size_ = 0;
 };
@@ -93,44 +105,38 @@ void Line::instruction(const TraceRow& row) {
     if (length == 3) word(wordOperandOf(row.code));
 }
 
-void Line::registers(const RegisterImage& r) {
-    const auto cell = [this](int value) {
+template <std::size_t... columns>
+void Line::registers(const RegisterImage& r, std::index_sequence<columns...> /*all*/) {
+    (registerCell<columns>(r), ...);
+}
+
+template <std::size_t index>
+void Line::registerCell(const RegisterImage& r) {
+    constexpr RegisterColumn column = registerColumns[index];
+    const int value = column.value(r);
+    if constexpr (index > 0) separate();
+    if constexpr (column.digits == 0) {
+        const auto& flags = flagTexts[static_cast<std::size_t>(value)];
+        text({flags.data(), flags.size()});
+    } else if constexpr (column.digits == 2) {
         byte(value);
-        separate();
-    };
-    const auto pair = [&](RegisterImage::Word word) {
-        cell(highByte(r.word(word)));
-        cell(lowByte(r.word(word)));
-    };
-    const int F = lowByte(r.word(RegisterImage::AF));
-    const auto& flags = flagTexts[static_cast<std::size_t>(F)];
-    cell(highByte(r.word(RegisterImage::AF)));
-    pair(RegisterImage::BC);
-    pair(RegisterImage::DE);
-    cell(F);
-    text({flags.data(), flags.size()});
-    separate();
-    pair(RegisterImage::HL);
-    cell(r.M());
-    word(r.word(RegisterImage::PC));
-    separate();
-    word(r.word(RegisterImage::SP));
+    } else {
+        word(value);
+    }
 }
 
 Line plainLine(const TraceRow& row) {
-    constexpr std::string_view noInstruction = "\t\t";
-    constexpr std::string_view noRegisters = "\t\t\t\t\t\t\t\t\t\t\t";
     Line line;
     if (row.hasInstruction) {
         line.instruction(row);
     } else {
-        line.text(noInstruction);
+        line.empty(firstRegisterColumn);
     }
     line.separate();
     if (row.hasRegisters) {
         line.registers(row.registers);
     } else {
-        line.text(noRegisters);
+        line.empty(registerColumns.size());
     }
     return line;
 }
@@ -153,18 +159,15 @@ void appendJoined(std::string& out, const Cells& cells) {
     }
 }
 
-/// The columns of the boxes' texts, in their order: all register columns but that of the flags.
-constexpr std::array<std::size_t, 11> textColumns{3, 4, 5, 6, 7, 8, 10, 11, 12, 13, 14};
-
 }  // namespace
 
 RegisterTexts registerTexts(const RegisterImage& r) {
-    using R = RegisterImage;
-    const auto high = [&r](R::Word word) { return hexa(highByte(r.word(word)), 2); };
-    const auto low = [&r](R::Word word) { return hexa(lowByte(r.word(word)), 2); };
-    const auto whole = [&r](R::Word word) { return hexa(int{r.word(word)}, 4); };
-    return {high(R::AF), high(R::BC), low(R::BC),          high(R::DE),  low(R::DE),  low(R::AF),
-            high(R::HL), low(R::HL),  hexa(int{r.M()}, 2), whole(R::PC), whole(R::SP)};
+    RegisterTexts texts;
+    for (std::size_t box = 0; box < boxColumns.size(); ++box) {
+        const RegisterColumn& column = registerColumns[boxColumns[box]];
+        texts[box] = hexa(column.value(r), column.digits);
+    }
+    return texts;
 }
 
 RowCells rowCells(const TraceRow& row, const RowTexts* texts) {
@@ -172,7 +175,9 @@ RowCells rowCells(const TraceRow& row, const RowTexts* texts) {
     if (texts == nullptr) return cells;
     if (texts->address) cells[0] = *texts->address;
     if (texts->registers) {
-        for (std::size_t i = 0; i < textColumns.size(); ++i) cells[textColumns[i]] = (*texts->registers)[i];
+        for (std::size_t box = 0; box < boxColumns.size(); ++box) {
+            cells[firstRegisterColumn + boxColumns[box]] = (*texts->registers)[box];
+        }
     }
     return cells;
 }

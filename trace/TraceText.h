@@ -10,15 +10,19 @@
 /// The rows of the trace as text.
 namespace tavinor {
 
-constexpr std::size_t traceColumns = 15;
 constexpr std::size_t firstRegisterColumn = 3;
+constexpr std::size_t traceColumns = firstRegisterColumn + registerColumns.size();
 
 using RowCells = std::array<std::string, traceColumns>;
 
 /// The header cells. Their trailing blanks give the columns their widths.
-inline constexpr std::array<std::string_view, traceColumns> traceHeader{
-    "DIR ", "DAT      ", "INS         ", "A ", "B ", "C ",   "D ",  "E ",
-    "F ",   "szapc",     "H ",           "L ", "M ", "PC  ", "SP  "};
+inline constexpr auto traceHeader = [] {
+    std::array<std::string_view, traceColumns> header{"DIR ", "DAT      ", "INS         "};
+    for (std::size_t i = 0; i < registerColumns.size(); ++i) {
+        header[firstRegisterColumn + i] = registerColumns[i].header;
+    }
+    return header;
+}();
 
 /// The texts that the boxes show for these values.
 RegisterTexts registerTexts(const RegisterImage& image);

@@ -10,7 +10,7 @@
 #include "history/Moment.h"
 #include "machine/Host.h"
 #include "tests/trace/NaiveTrace.h"
-#include "trace/RegisterTexts.h"
+#include "trace/RegisterColumns.h"
 
 namespace tavinor::test {
 

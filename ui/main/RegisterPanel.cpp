@@ -3,7 +3,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
-#include <tuple>
 
 #include "ui/common/Naming.h"
 
@@ -51,11 +50,14 @@ RegisterPanel::RegisterPanel(const MachineState& machine, const ShownValues& sho
 }
 
 RegisterTexts RegisterPanel::texts() const {
-    const std::array<const HexBox*, std::tuple_size_v<RegisterTexts>> boxes{
-        txtA, txtB, txtC, txtD, txtE, txtF, txtH, txtL, txtM, txtPC, txtSP};
     RegisterTexts texts;
+    const ColumnBoxes boxes = columnBoxes();
     for (std::size_t i = 0; i < boxes.size(); ++i) texts[i] = boxes[i]->text().toStdString();
     return texts;
+}
+
+RegisterPanel::ColumnBoxes RegisterPanel::columnBoxes() const {
+    return {txtA, txtB, txtC, txtD, txtE, txtF, txtH, txtL, txtM, txtPC, txtSP};
 }
 
 HexBox* RegisterPanel::makeBox(const QString& name, const QString& accessibleName, int digits) {
@@ -188,20 +190,14 @@ void RegisterPanel::chkF_Click() {
 
 void RegisterPanel::bringUpToDate() {
     const Registers& r = shown_.registers;
-    txtA->showValue(r.A);
-    txtF->showValue(r.F);
-    txtB->showValue(r.B);
-    txtC->showValue(r.C);
-    txtD->showValue(r.D);
-    txtE->showValue(r.E);
-    txtH->showValue(r.H);
-    txtL->showValue(r.L);
+    const RegisterImage image(r, shown_.M);
+    const ColumnBoxes boxes = columnBoxes();
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        boxes[i]->showValue(registerColumns[boxColumns[i]].value(image));
+    }
     txtBC->showValue(r.BC);
     txtDE->showValue(r.DE);
     txtHL->showValue(r.HL);
-    txtPC->showValue(r.PC);
-    txtSP->showValue(r.SP);
-    txtM->showValue(shown_.M);
     showFlags();
 }
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "machine/MachineState.h"
-#include "trace/RegisterTexts.h"
+#include "trace/RegisterColumns.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
 #include "ui/main/ShownValues.h"
@@ -50,6 +50,11 @@ class RegisterPanel : public QGroupBox {
         std::uint8_t Registers::*highRegister;
         std::uint8_t Registers::*lowRegister;
     };
+
+    /// The boxes that the trace has columns of.
+    using ColumnBoxes = std::array<HexBox*, boxColumns.size()>;
+    /// In the order of `boxColumns`.
+    [[nodiscard]] ColumnBoxes columnBoxes() const;
 
     HexBox* makeBox(const QString& name, const QString& accessibleName, int digits);
     void layOut();
