@@ -40,12 +40,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::KeptCopies kept([&input] { return input(); });
     for (int turn = 0; turn < mostTurns && !input.used(); ++turn) {
         const std::int32_t choice = kept.twins.any(8);
-        if (choice < 2 && !kept.entries.empty()) {
+        if (choice >= 5 || kept.entries.empty()) {
+            constexpr std::uint64_t manyRows = 6'000;
+            const bool many = choice == 5 && kept.twins.rows() < manyRows;
+            expectNone(kept.play(many ? 1 + kept.twins.any(5'000) : 1));
+        } else if (choice < 2) {
             expectNone(kept.oneStepBack());
-        } else if (choice == 2 && !kept.entries.empty()) {
+        } else if (choice == 2) {
             expectNone(kept.goBackTo(kept.entries.size() / 2));
         } else {
-            expectNone(kept.play());
+            expectNone(choice == 3 ? kept.backToBreakpoint() : kept.backToLastWrite());
         }
     }
     return 0;

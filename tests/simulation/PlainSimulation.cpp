@@ -1,5 +1,8 @@
 #include "tests/simulation/PlainSimulation.h"
 
+#include <memory>
+
+#include "images/HexLoader.h"
 #include "machine/Flags.h"
 #include "machine/HexText.h"
 #include "machine/Interrupts.h"
@@ -67,7 +70,7 @@ void PlainSimulation::intr(std::string_view vectorText) {
     try {
         states = requestIntr(moment.machine, *this, vectorText);
     } catch (const RuntimeError&) {
-        if (moment.machine.at(place) != borrowed) stores.push_back(place);  // the vector is left there
+        if (moment.machine.at(place) != borrowed) noteStore(place);  // the vector is left there
         throw;
     }
     if (!halts) count(states);
@@ -84,11 +87,21 @@ void PlainSimulation::count(int states) {
     moment.counters.tStates += states;
 }
 
+void PlainSimulation::load(const std::filesystem::path& path) {
+    const auto breakpoints = std::make_unique<Breakpoints>();  // those are beside the machine
+    WorkObserver unobserved;
+    carga(path, moment.machine, *breakpoints, *this, unobserved);
+}
+
 void PlainSimulation::savmem(std::int32_t dir, std::int32_t dat) {
-    if (onStore) onStore(dir);
+    noteStore(dir);
     moment.machine.storeMemory(dir, dat);
     grid[asIndex(dir, memorySize)] = static_cast<std::uint8_t>(dat);
-    stores.push_back(dir);
+}
+
+void PlainSimulation::noteStore(std::int32_t address) {
+    if (onStore) onStore(address);
+    stores.push_back(address);
 }
 
 RegisterTexts PlainSimulation::boxes() const {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -23,7 +24,7 @@ class PlainSimulation final : private Host {
 
     /// Called where a HLT asks for the way out.
     std::function<void(PlainSimulation&)> onHalt;
-    /// Called, where it is set, before a memory cell is written.
+    /// Called, where it is set, just before a memory cell is written.
     std::function<void(std::int32_t address)> onStore;
     /// A long play does without the texts of the rows, which take their time and memory.
     bool keepsRows = true;
@@ -43,6 +44,7 @@ class PlainSimulation final : private Host {
     void rst75();
     void intr(std::string_view vectorText);
     void clearTrace() { trace.clear(); }
+    void load(const std::filesystem::path& path);
 
     /// What the register boxes show while nothing is typed in them.
     [[nodiscard]] RegisterTexts boxes() const;
@@ -57,6 +59,7 @@ class PlainSimulation final : private Host {
     void savport(std::int32_t dir, std::int32_t dat) override { moment.machine.storePort(dir, dat); }
     void halt() override;
     void count(int states);
+    void noteStore(std::int32_t address);
     [[nodiscard]] BoxTexts boxTexts(const RegisterTexts* typed) const;
 };
 

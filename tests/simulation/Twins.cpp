@@ -69,7 +69,10 @@ void Twins::run(std::int64_t most) {
     const bool cleared = simulation.history().revision() != countersBefore;
     const std::uint64_t executed = cleared ? 1 : simulation.history().end().instructions - before;
     bool plainFailed = false;
-    for (std::uint64_t i = 0; i < executed; ++i) plainFailed = !plain.step(typed);
+    for (std::uint64_t i = 0; i < executed; ++i) {
+        if (beforePlainStep) beforePlainStep(i);
+        plainFailed = !plain.step(i == 0 ? typed : nullptr);
+    }
     typed_.reset();
     if (failed != plainFailed) plain.trace.clear();  // seen as a difference
     if (failed) simulation.refresh();
@@ -117,10 +120,6 @@ void Twins::type() {
     (*typed_)[static_cast<std::size_t>(any(11))] = texts[static_cast<std::size_t>(any(6))];
 }
 
-void Twins::toggleBreakpoint() {
-    simulation.toggleBreakpoint(any(memorySize));
-}
-
 void Twins::clearTrace() {
     both([](auto& target) { target.clearTrace(); });
 }
@@ -138,12 +137,31 @@ void Twins::editRegister() {
 }
 
 void Twins::loadSomething() {
-    const std::int32_t first = any(0x10000);
-    for (std::int32_t i = any(300); i >= 0; --i) {
-        const int data = byte();
-        both([&](auto& target) { target.writeMemory((first + i) & 0xFFFF, data); });
-    }
+    const std::filesystem::path path = hexFile();
+    WorkObserver unobserved;
+    static_cast<void>(simulation.load(path, unobserved));
+    plain.load(path);
     both([](auto& target) { target.refresh(); });
+}
+
+/// Records of up to 16 bytes. Now and then the end record is missing, and all that was stored stays.
+std::filesystem::path Twins::hexFile() {
+    std::int32_t address = any(0x10000 - 300);
+    std::string text;
+    for (int records = 1 + any(18); records > 0; --records) {
+        const int size = 1 + any(16);
+        int sum = size + address / 256 + address % 256;
+        text += ':' + hexa(size, 2) + hexa(address, 4) + "00";
+        for (int i = 0; i < size; ++i) {
+            const int data = byte();
+            text += hexa(data, 2);
+            sum += data;
+        }
+        text += hexa(-sum & 255, 2) + "\r\n";
+        address += size;
+    }
+    if (any(6) != 0) text += ":00000001FF\r\n";
+    return folder_.write("program.hex", text);
 }
 
 void Twins::request() {
@@ -187,7 +205,7 @@ void Twins::disturb() {
 void Twins::goBack(const Position& target, const PlainSimulation& copy, std::size_t rows) {
     simulation.goBack(target);
     typed_.reset();
-    NaiveTrace trace = plain.trace;
+    NaiveTrace trace = std::move(plain.trace);
     trace.cut(rows);
     plain = copy;
     plain.trace = std::move(trace);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "simulation/Simulation.h"
 #include "tests/simulation/PlainSimulation.h"
+#include "tests/support/TemporaryFolder.h"
 #include "trace/TraceReader.h"
 
 namespace tavinor::test {
@@ -25,11 +27,13 @@ class Twins final : private HaltHandler {
     void fillMemory();
     /// Executes at most `most` instructions, as many with both.
     void run(std::int64_t most);
+    /// Called before each instruction of the plain one, with how many of `run` there have been.
+    std::function<void(std::uint64_t)> beforePlainStep;
     /// Something that the user may do between two instructions.
     void disturb();
     /// Types into a box: the next instruction sees it.
     void type();
-    void toggleBreakpoint();
+    void toggleBreakpoint() { simulation.toggleBreakpoint(any(memorySize)); }
     void clearTrace();
     /// Goes back to what `copy` is, which was taken when the history ended at `target`; of its rows `rows`.
     void goBack(const Position& target, const PlainSimulation& copy, std::size_t rows);
@@ -63,10 +67,12 @@ class Twins final : private HaltHandler {
     void request();
     void editRegister();
     void loadSomething();
+    std::filesystem::path hexFile();
     std::uint8_t byte() { return static_cast<std::uint8_t>(any(256)); }
     std::string vectorText();
 
     Chance chance_;
+    TemporaryFolder folder_;
     std::deque<Answer> answers_;
     std::optional<RegisterTexts> typed_;
     std::vector<std::uint8_t> grid_ = std::vector<std::uint8_t>(memorySize);

@@ -82,6 +82,23 @@ TEST_P(WayBackTest, LeadsToBeforeTheLastWriteOfACell) {
     }
 }
 
+TEST_P(WayBackTest, LeadsBackThroughBatches) {
+    for (int turn = 0; turn < 120; ++turn) {
+        const int choice = any(8);
+        std::string text;
+        if (choice >= 4 || kept.entries.empty()) {
+            text = kept.play(kept.twins.rows() < 6'000 ? 1 + any(5'000) : 1);
+        } else if (choice == 0) {
+            text = kept.oneStepBack();
+        } else if (choice == 1) {
+            text = kept.goBackTo(kept.entries.size() - 1 - kept.entries.size() / 4);
+        } else {
+            text = choice == 2 ? kept.backToBreakpoint() : kept.backToLastWrite();
+        }
+        ASSERT_EQ(text, "") << "turn " << turn << ", choice " << choice;
+    }
+}
+
 class Cancelling final : public WorkObserver {
   public:
     bool goesOn(double /*done*/) override { return false; }
