@@ -11,7 +11,7 @@ display_packages=(openbox x11vnc xauth xvfb)
 # What the tests need.
 test_packages=(
   at-spi2-core binutils clang-14 clang-format-14 clang-tidy-14 dbus git imagemagick libclang-rt-14-dev libgtest-dev
-  openssl python3-pyatspi srecord wamerican wspanish x11-utils xdotool
+  mold openssl python3-pyatspi srecord wamerican wspanish x11-utils xdotool
   # What is packed, and what looks into the packages.
   appstream debootstrap desktop-file-utils dpkg-dev librsvg2-bin lintian zstd
 )
