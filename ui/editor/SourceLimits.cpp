@@ -28,16 +28,16 @@ SourceExtent extentWith(QStringView text, const QTextCursor& cursor) {
     const QTextBlock last = document.findBlock(cursor.selectionEnd());
     const qsizetype before = cursor.selectionStart() - first.position();
     const qsizetype behind = last.position() + last.length() - 1 - cursor.selectionEnd();
-    const qsizetype lineEnd = text.indexOf(u'\n');
-    const qsizetype ofFirst = lineEnd < 0 ? text.size() : lineEnd;
+    const qsizetype firstEnd = text.indexOf(u'\n');
+    const qsizetype ofFirst = firstEnd < 0 ? text.size() : firstEnd;
     const qsizetype ofLast = text.size() - 1 - text.lastIndexOf(u'\n');
     const SourceExtent all = extentOf(text);
     const qsizetype kept = document.blockCount() - (last.blockNumber() - first.blockNumber());
     return {.size = document.characterCount() - 1 - (cursor.selectionEnd() - cursor.selectionStart()) +
                     text.size(),
             .lines = kept + all.lines - (ofLast == 0 ? 0 : 1),
-            .longestLine = lineEnd < 0 ? before + text.size() + behind
-                                       : std::max({all.longestLine, before + ofFirst, ofLast + behind})};
+            .longestLine = firstEnd < 0 ? before + text.size() + behind
+                                        : std::max({all.longestLine, before + ofFirst, ofLast + behind})};
 }
 
 std::uint64_t memoryOf(const SourceExtent& extent) {
