@@ -1,5 +1,7 @@
 #include "files/ReplacedFile.h"
 
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <random>
 #include <string>
@@ -81,9 +83,17 @@ bool ReplacedFile::commit(WorkObserver& observer) {
     if (!file_.close() || !safe) return false;
     std::error_code error;
     fs::rename(beside_, path_, error);
-    if (error) return false;
+    if (error) return rewriteOld(observer);
     beside_.clear();
     return true;
+}
+
+/// Not every name can be given another file: that of a mount point cannot.
+bool ReplacedFile::rewriteOld(WorkObserver& observer) {
+    constexpr auto unlimited = std::numeric_limits<std::uint64_t>::max();
+    const std::optional<std::string> bytes = readWholeFile(beside_, unlimited);
+    file_ = File::forRewriting(path_);
+    return bytes && file_.isOpen() && rewrite(file_, *bytes, observer) && file_.close();
 }
 
 void ReplacedFile::removeBeside() {

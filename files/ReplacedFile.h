@@ -15,8 +15,8 @@ namespace tavinor {
 /// The new file has the owner, the group and the permissions of the old one; where there is none, the
 /// permissions of a model. A symbolic link stays, and what it leads to is replaced. Where another file cannot
 /// take the place of the old one (it has other names as well, which would keep the old bytes; its folder
-/// takes no new file; its owner is another one), the old one is rewritten when all is there. See
-/// behaviour.md, Files: replacing.
+/// takes no new file; its owner is another one; it is a mount point), the old one is rewritten when all is
+/// there. See behaviour.md, Files: replacing.
 class ReplacedFile {
   public:
     /// Creates the file beside `path`. What is there already must be a regular file that may be written to.
@@ -37,6 +37,7 @@ class ReplacedFile {
 
   private:
     bool createBeside(bool secret);
+    bool rewriteOld(WorkObserver& observer);
     void removeBeside();
 
     std::filesystem::path path_;

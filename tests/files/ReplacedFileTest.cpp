@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "tests/support/Canceller.h"
 #include "tests/support/FileSizeLimit.h"
@@ -223,6 +224,45 @@ TEST_F(Replacing, AFileInAFolderThatTakesNoOther) {
     EXPECT_EQ(bytesOf(file), "new");
     EXPECT_EQ(ownerOf(file), owner);
     EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0666));
+}
+
+/// As where it is a mount point: there the system refuses another file, too.
+TEST_F(Replacing, AFileThatCannotBeGivenAnotherFile) {
+    fs::permissions(folder_.path(), fs::perms::all);
+    const fs::path file = folder_.path() / "prog.HEX";
+    std::optional<OrdinaryUser> user(std::in_place);
+    if (!user->is()) GTEST_SKIP() << "the rights of an ordinary user cannot be taken here";
+    std::ofstream(file) << "the old one";
+    struct stat before {};
+    ASSERT_EQ(::stat(file.c_str(), &before), 0);
+    {
+        ReplacedFile replaced(file);
+        ASSERT_TRUE(replaced.write("new"));
+        user.reset();
+        fs::permissions(folder_.path(), static_cast<fs::perms>(0555));
+        user.emplace();
+        EXPECT_TRUE(replaced.commit());
+        user.reset();
+        fs::permissions(folder_.path(), fs::perms::all);
+    }
+    EXPECT_EQ(bytesOf(file), "new");
+    struct stat after {};
+    EXPECT_EQ(::stat(file.c_str(), &after), 0);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
+}
+
+TEST_F(Replacing, NothingThatHasBecomeAFolder) {
+    const fs::path file = folder_.write("prog.HEX", "old");
+    {
+        ReplacedFile replaced(file);
+        ASSERT_TRUE(replaced.write("new"));
+        fs::remove(file);
+        fs::create_directory(file);
+        EXPECT_FALSE(replaced.commit());
+    }
+    EXPECT_TRUE(fs::is_directory(file));
+    EXPECT_EQ(names(), std::set<std::string>{"prog.HEX"});
 }
 
 TEST_F(Replacing, AFileOfAnotherUserThatStaysTheirs) {
