@@ -62,12 +62,14 @@ class Run {
     void pass(std::string bytes, std::span<const std::string_view> opcodes) {
         const OpcodeTable table = creatabla(opcodes);
         for (int i = 0; i < table.rowsOutOfOrder(); ++i) observer_.message(message::badTable);
+        observer_.report(0);  // reading it may have taken a while, as may what follows
         DecodedText decoded = decode(std::move(bytes));
         result_.encoding = decoded.encoding;
         if (decoded.text.empty()) return fail(message::emptyFile);
         if (countLines(decoded.text) > maximumLines) return fail(message::tooManyLines);
 
-        SourceText source(std::move(decoded.text));
+        observer_.report(0);
+        SourceText source(std::move(decoded.text), observer_);
         Passes passes(table, source, listing_, report_, observer_);
         if (!passes.split() || !passes.place()) return;
         result_.symbols = passes.symbols();

@@ -1,16 +1,38 @@
 #include "assembler/Lines.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace tavinor {
 
 namespace {
 
+constexpr bool mayEndLine(char byte) {
+    return byte == '\n' || byte == '\r' || byte == '\xC2' || byte == '\xE2';
+}
+
+/// Where the next byte stands, from `position` on, with which a line end may begin. A line may have many
+/// megabytes: of a long one so many bytes at a time are looked at as the processor can compare.
+std::size_t skipOrdinary(std::string_view text, std::size_t position) {
+    constexpr std::size_t together = 64;
+    const std::size_t near = std::min(text.size(), position + together);
+    while (position < near && !mayEndLine(text[position])) ++position;
+    if (position < near) return position;
+    for (; text.size() - position >= together; position += together) {
+        unsigned found = 0;
+        for (std::size_t i = 0; i < together; ++i)
+            found |= static_cast<unsigned>(mayEndLine(text[position + i]));
+        if (found != 0) break;
+    }
+    while (position < text.size() && !mayEndLine(text[position])) ++position;
+    return position;
+}
+
 /// Calls `line` with every line of `text`.
 template <class Line>
 void forEachLine(std::string_view text, Line line) {
     std::size_t start = 0;
-    for (std::size_t i = 0; i < text.size();) {
+    for (std::size_t i = skipOrdinary(text, 0); i < text.size(); i = skipOrdinary(text, i)) {
         const std::size_t end = lineEndAt(text, i);
         if (end > 0) line(text.substr(start, i - start));
         i += end > 0 ? end : 1;

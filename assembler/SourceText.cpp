@@ -38,11 +38,14 @@ std::string_view withPlainBlanks(std::string_view line, std::string& space) {
 
 }  // namespace
 
-SourceText::SourceText(std::string text) : text_(std::move(text)) {
+SourceText::SourceText(std::string text, WorkObserver& observer) : text_(std::move(text)) {
+    constexpr std::size_t linesBetween = 256;
     readLines();
+    observer.report(0);
     cleaned_.reserve(text_.size());
     statements_.reserve(rawLines_.size());
     for (std::size_t line = 0; line < rawLines_.size(); ++line) {
+        if (line % linesBetween == 0) observer.report(0);
         const std::string_view cleaned = clean(rawLines_[line]);
         if (cleaned.empty()) continue;
         SourceStatement& statement = statements_.emplace_back();
@@ -63,8 +66,10 @@ void SourceText::readLines() {
 std::string_view SourceText::clean(std::string_view line) {
     const std::size_t start = cleaned_.size();
     cleaned_ += statementPart(withPlainBlanks(line, plain_));
-    const auto begin = cleaned_.begin() + static_cast<std::ptrdiff_t>(start);
-    std::replace(begin, cleaned_.end(), '\t', ' ');
+    for (std::size_t tab = cleaned_.find('\t', start); tab != std::string::npos;
+         tab = cleaned_.find('\t', tab)) {
+        cleaned_[tab] = ' ';
+    }
     upperCase(cleaned_, start);
     return std::string_view(cleaned_).substr(start);
 }

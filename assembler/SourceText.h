@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "assembler/SourceStatement.h"
+#include "files/WorkObserver.h"
 
 namespace tavinor {
 
@@ -14,7 +15,8 @@ namespace tavinor {
 class SourceText {
   public:
     /// `text` is UTF-8. There is always a raw line and a statement: a source without any gets an empty one.
-    explicit SourceText(std::string text);
+    /// @throws Cancelled by `observer`
+    SourceText(std::string text, WorkObserver& observer);
     SourceText(const SourceText&) = delete;  // the lines and statements point into the text
     SourceText& operator=(const SourceText&) = delete;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 
@@ -75,11 +76,10 @@ char32_t upperCase(char32_t c) {
 void upperCase(std::string& text, std::size_t from) {
     std::string capital;
     for (std::size_t i = from; i < text.size();) {
-        if (static_cast<std::uint8_t>(text[i]) < 0x80) {
-            text[i] = upperCaseAscii(text[i]);
-            ++i;
-            continue;
-        }
+        const auto begin = text.begin() + static_cast<std::ptrdiff_t>(i);
+        i = skipAscii(text, i);
+        std::transform(begin, text.begin() + static_cast<std::ptrdiff_t>(i), begin, upperCaseAscii);
+        if (i == text.size()) break;
         const Utf8Character c = utf8At(text, i);
         capital.clear();
         appendUtf8(capital, upperCase(c.character));

@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTextCursor>
+#include <algorithm>
 
 #include "assembler/window/LongLines.h"
 #include "ui/common/MessageBoxes.h"
@@ -13,14 +14,23 @@ namespace tavinor {
 namespace {
 
 constexpr qint64 showPeriod = 60;  // milliseconds
-constexpr qsizetype pieceSize =
-    qsizetype{256} * 1024;  // bytes: a pane takes about this much between two paints
 
-/// The length of the first piece of `text`, whole lines of it.
-qsizetype firstPiece(const QByteArray& text) {
-    if (text.size() <= pieceSize) return text.size();
-    const qsizetype lineEnd = text.indexOf('\n', pieceSize);
-    return lineEnd < 0 ? text.size() : lineEnd + 1;
+// What a pane takes between two paints, in bytes. How long that takes it depends on the characters most of
+// all.
+constexpr qsizetype leastOfAPiece = qsizetype{8} * 1024;
+constexpr qsizetype mostOfAPiece = qsizetype{256} * 1024;
+constexpr qint64 shortPiece = 20;  // milliseconds
+constexpr qint64 longPiece = 60;
+
+/// The length of the first piece of `text`: lines that have about `size` bytes, or as many as Qt takes in a
+/// moment.
+qsizetype firstPiece(const QByteArray& text, qsizetype size) {
+    qsizetype end = 0;
+    for (int lines = 0; end < std::min(size, text.size()) && lines < PaneFeeder::mostLinesOfAPiece; ++lines) {
+        const qsizetype lineEnd = text.indexOf('\n', end);
+        end = lineEnd < 0 ? text.size() : lineEnd + 1;
+    }
+    return end;
 }
 
 }  // namespace
@@ -86,9 +96,14 @@ void PaneFeeder::finish() {
 }
 
 void PaneFeeder::showPieces() {
+    QElapsedTimer timer;
+    timer.start();
     showPiece(listing_);
     showPiece(report_);
     QCoreApplication::processEvents();
+    if (timer.elapsed() < shortPiece) pieceSize_ *= 2;
+    if (timer.elapsed() > longPiece) pieceSize_ /= 2;
+    pieceSize_ = std::clamp(pieceSize_, leastOfAPiece, mostOfAPiece);
 }
 
 /// Shows the next lines at the end of a pane, which is scrolled there.
@@ -96,7 +111,7 @@ void PaneFeeder::showPiece(Feed& feed) {
     if (feed.clearFirst) feed.pane->clear();
     feed.clearFirst = false;
     if (feed.waiting.isEmpty()) return;
-    const qsizetype length = firstPiece(feed.waiting);
+    const qsizetype length = firstPiece(feed.waiting, pieceSize_);
     QTextCursor end(feed.pane->document());
     end.movePosition(QTextCursor::End);
     end.insertText(QString::fromUtf8(feed.waiting.left(length)));

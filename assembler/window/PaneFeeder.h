@@ -17,6 +17,9 @@ namespace tavinor {
 /// was not shown by then never is.
 class PaneFeeder : public AssemblyObserver {
   public:
+    /// Lines that come into a pane between two paints at most.
+    static constexpr int mostLinesOfAPiece = 8'000;
+
     PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget* window);
 
     void cleared(Pane pane) override;
@@ -46,6 +49,7 @@ class PaneFeeder : public AssemblyObserver {
     Feed report_;
     QWidget* window_;
     QElapsedTimer sinceShown_;
+    qsizetype pieceSize_ = qsizetype{32} * 1024;  ///< Bytes; follows how long the pieces before have taken.
     std::optional<WorkProgress> progress_;
     bool cancelled_ = false;
 };

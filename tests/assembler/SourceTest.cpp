@@ -22,7 +22,8 @@ Lines statementTexts(const SourceText& source) {
 }
 
 TEST(SourceText, CleansTheLines) {
-    const SourceText source("\tmvi\ta,5 ; x\n  \t \n;only\n a ;b;c\nñ : nop");
+    WorkObserver unobserved;
+    const SourceText source("\tmvi\ta,5 ; x\n  \t \n;only\n a ;b;c\nñ : nop", unobserved);
     EXPECT_EQ(statementTexts(source), (Lines{"MVI A,5", "A", "Ñ : NOP"}));
     EXPECT_EQ(source.statements()[0].line, 0);
     EXPECT_EQ(source.statements()[1].line, 3);
@@ -32,15 +33,17 @@ TEST(SourceText, CleansTheLines) {
 }
 
 TEST(SourceText, LosesEmptyLinesAtTheTop) {
-    const SourceText source("\n\nNOP\n\nHLT\n");
+    WorkObserver unobserved;
+    const SourceText source("\n\nNOP\n\nHLT\n", unobserved);
     EXPECT_EQ(source.rawLines(), (Lines{"NOP", "", "HLT"}));
     EXPECT_EQ(source.statements()[1].line, 2);
-    EXPECT_EQ(SourceText(" \n\nNOP").rawLines(), (Lines{" ", "", "NOP"}));
+    EXPECT_EQ(SourceText(" \n\nNOP", unobserved).rawLines(), (Lines{" ", "", "NOP"}));
 }
 
 TEST(SourceText, HasAlwaysALineAndAStatement) {
+    WorkObserver unobserved;
     for (const char* text : {"\n\n\n", "", "; x\n"}) {
-        const SourceText source(text);
+        const SourceText source(text, unobserved);
         ASSERT_EQ(source.rawLines().size(), 1U);
         ASSERT_EQ(source.statements().size(), 1U);
         EXPECT_EQ(source.statements()[0].text, "");
@@ -66,7 +69,8 @@ class Split : public testing::TestWithParam<SplitCase> {};
 TEST_P(Split, GivesLabelCodeAndOperand) {
     const SplitCase& expected = GetParam();
     const OpcodeTable table = creatabla();
-    SourceText source(expected.text);
+    WorkObserver unobserved;
+    SourceText source(expected.text, unobserved);
     SourceStatement& statement = source.statements()[0];
     const SplitErrors errors = StatementSplitter(table, source).split(statement);
     EXPECT_EQ(statement.label, expected.label);

@@ -3,6 +3,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
+#include <string>
+#include <utility>
 
 #include "tests/support/DialogAnswerer.h"
 #include "tests/support/RealInput.h"
@@ -37,6 +40,21 @@ class PaneFeederTest : public QObject {
         feeder.appended(Pane::listing, "dos\r\n");
         feeder.finish();
         QCOMPARE(listing.toPlainText(), QString("dos\n"));
+    }
+
+    void manyShortLinesComeByPieces() {
+        constexpr int lines = 50'000;
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, nullptr);
+        int before = 1;  // an empty pane has a line
+        int most = 0;
+        connect(&listing, &QPlainTextEdit::blockCountChanged, this,
+                [&](int count) { most = std::max(most, count - std::exchange(before, count)); });
+        feeder.appended(Pane::listing, std::string(lines, '\n'));
+        feeder.finish();
+        QCOMPARE(listing.blockCount(), lines + 1);
+        QVERIFY2(most <= PaneFeeder::mostLinesOfAPiece, qPrintable(QString::number(most)));
     }
 
     void aBoxComesWhenAllThatWasSaidBeforeIsShown() {
