@@ -5,6 +5,7 @@ Usage: ending.py program
 """
 
 import os
+import secrets
 import signal
 import subprocess
 import sys
@@ -177,18 +178,30 @@ def meets(window, others, program):
 
 @contextmanager
 def another_display():
-    """A display with a window manager, and what takes it away."""
+    """A display of this user's own, with a window manager, and what takes it away."""
     reading, writing = os.pipe()
     with tempfile.TemporaryDirectory() as folder:
+        authority, cookie = os.path.join(folder, "cookie"), secrets.token_hex(16)
+
+        def allow(display):
+            # By its input: arguments can be read by all users of the machine.
+            entry = f"add {display} . {cookie}\n"
+            subprocess.run(["xauth", "-q", "-f", authority, "source", "-"], input=entry, text=True, check=True)
+
+        put(authority, b"")
+        allow(":0")
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1366x768x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writing), "-auth", authority]
+            + ["-screen", "0", "1366x768x24", "-nolisten", "tcp"],
             pass_fds=[writing],
             stderr=subprocess.DEVNULL,
         )
         os.close(writing)
         with os.fdopen(reading) as number:
             name = ":" + number.readline().strip()
-        before, os.environ["DISPLAY"] = os.environ["DISPLAY"], name
+        allow(name)
+        before = {variable: os.environ[variable] for variable in ("DISPLAY", "XAUTHORITY")}
+        os.environ.update(DISPLAY=name, XAUTHORITY=authority)
         manager = subprocess.Popen(
             ["openbox"], env={**os.environ, "HOME": folder}, stderr=subprocess.DEVNULL
         )
@@ -200,7 +213,7 @@ def another_display():
         try:
             yield take_away
         finally:
-            os.environ["DISPLAY"] = before
+            os.environ.update(before)
             take_away()
             manager.wait()
 
