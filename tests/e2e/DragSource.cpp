@@ -1,5 +1,6 @@
 // A small window in a corner of the screen, above all others, from which the files named on the command line
-// can be dragged, as from a file manager. Says "ready" when it is there, and then how each drag has ended.
+// can be dragged, as from a file manager. Says "ready" when it can be seen, "dragging" when a drag
+// begins, "allowed" where it may be dropped, and then how it has ended.
 
 #include <QApplication>
 #include <QDrag>
@@ -24,9 +25,10 @@ class Source : public QLabel {
     }
 
   protected:
-    void showEvent(QShowEvent* event) override {
-        QLabel::showEvent(event);
-        say("ready");
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        if (!ready_) say("ready");
+        ready_ = true;
     }
 
     void mousePressEvent(QMouseEvent* event) override { event->accept(); }
@@ -39,9 +41,16 @@ class Source : public QLabel {
         files->setUrls(urls);
         auto* drag = new QDrag(this);
         drag->setMimeData(files);
+        connect(drag, &QDrag::actionChanged, drag, [](Qt::DropAction action) {
+            if (action != Qt::IgnoreAction) say("allowed");
+        });
+        say("dragging");
         const Qt::DropAction end = drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
         say(end == Qt::CopyAction ? "copied" : end == Qt::IgnoreAction ? "refused" : "otherwise");
     }
+
+  private:
+    bool ready_ = false;
 };
 
 }  // namespace

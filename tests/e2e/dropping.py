@@ -25,6 +25,12 @@ def put(folder, name, text):
     return path
 
 
+def expect(process, word):
+    said = process.stdout.readline().strip()
+    if said != word:
+        raise Failure(f"the drag is {said!r}, expected {word!r}")
+
+
 @contextmanager
 def dragged(source, files, control, expected):
     """Drags files into the middle of a control. The program that they come from goes at the end: until then
@@ -35,15 +41,15 @@ def dragged(source, files, control, expected):
     start = (width - 20, height - 20)
     with subprocess.Popen([source, *files], stdout=subprocess.PIPE, text=True) as process:
         try:
-            if process.stdout.readline() != "ready\n":
-                raise Failure("nothing to drag from")
-            time.sleep(0.3)  # on the screen
-            xdotool("mousemove", *start, "mousedown", 1)
-            for step in range(1, 11):
-                x, y = (begin + (end - begin) * step // 10 for begin, end in zip(start, target))
-                xdotool("mousemove", x, y)
-                time.sleep(0.05)
-            time.sleep(0.5)  # the windows talk about it
+            expect(process, "ready")
+            xdotool("mousemove", *start, "mousedown", 1, "mousemove", start[0] - 3, start[1] - 3)
+            expect(process, "dragging")
+            # Straight there: windows on the way may allow what this one does not.
+            xdotool("mousemove", target[0] - 1, target[1], "mousemove", *target)
+            if expected == "refused":
+                time.sleep(0.5)  # what is not allowed is not told
+            else:
+                expect(process, "allowed")
             xdotool("mouseup", 1)
             end = process.stdout.readline().strip()
             if end != expected:
@@ -74,6 +80,7 @@ def drops(program, source):
         with dragged(source, [asm], p.find("Contenido de la memoria"), "copied"):
             editor = p.frame_beside(p.frame)
             check("the title", lambda: editor.name, "Tavinor - a.asm")
+            p.wait_until_active(editor)
         box = p.find(EDITED_TEXT, "text", editor)
         refuses(source, [image], box)
         check("the text", lambda: p.text(EDITED_TEXT, editor), "HLT\n")
