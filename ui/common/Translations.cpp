@@ -8,7 +8,7 @@ namespace tavinor {
 
 void installSpanish(QCoreApplication& application) {
     QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    for (const char* catalogue : {":/translations/qtbase_es.qm", ":/translations/toolkit_es.qm"}) {
+    for (const char* catalogue : {":/translations/qtbase_es.qm", ":/translations/qt_es.qm"}) {
         auto* translator = new QTranslator(&application);
         if (translator->load(QString::fromLatin1(catalogue))) QCoreApplication::installTranslator(translator);
     }

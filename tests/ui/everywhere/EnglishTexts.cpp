@@ -53,7 +53,7 @@ QList<Translated> catalogue(const char* path) {
 
 EnglishTexts::EnglishTexts()
     : english_(dictionary(TAVINOR_ENGLISH_WORDS)), spanish_(dictionary(TAVINOR_SPANISH_WORDS)) {
-    for (const auto& [source, translation] : catalogue(TAVINOR_TOOLKIT_CATALOGUE)) {
+    for (const auto& [source, translation] : catalogue(TAVINOR_QT_CATALOGUE)) {
         if (source != translation) sources_.insert(source);
     }
     for (const auto& [source, translation] : catalogue(TAVINOR_OWN_CATALOGUE)) {
