@@ -6,6 +6,7 @@
 
 #include "ui/common/FileDrops.h"
 #include "ui/common/Naming.h"
+#include "ui/editor/EditKeys.h"
 
 namespace tavinor {
 
@@ -32,6 +33,10 @@ void PatternBox::mousePressEvent(QMouseEvent* event) {
 void PatternBox::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         emit entered();
+        return;
+    }
+    if (event->keyCombination() == redoKey) {
+        redo();
         return;
     }
     QLineEdit::keyPressEvent(event);

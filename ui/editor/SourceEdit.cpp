@@ -35,8 +35,6 @@ namespace {
 
 constexpr int tabColumns = 8;
 constexpr int retryPeriod = 1000;  // milliseconds
-/// Qt takes it for this on some platforms only.
-constexpr QKeyCombination redoKey = Qt::ControlModifier | Qt::Key_Y;
 
 /// Inside Qt a line ends in a paragraph separator.
 QString withLineFeeds(QString text) {

@@ -296,6 +296,19 @@ class BusquedaTest : public QObject {
         QCOMPARE(f.cadena()->selectedText(), QString());
     }
 
+    void controlYRedoes() {
+        Fixture f("A");
+        QVERIFY(f.openDialog());
+        typeText(f.dialog(), "xyz");
+        for (int i = 0; i < 2; ++i) {
+            pressKey(f.cadena(), Qt::Key_Z, Qt::ControlModifier);
+            QCOMPARE(f.cadena()->text(), QString());
+            pressKey(f.cadena(), Qt::Key_Y, Qt::ControlModifier);
+            QCOMPARE(f.cadena()->text(), QString("xyz"));
+        }
+        QCOMPARE(f.text(), QString("A"));
+    }
+
     void aTextDroppedOnThePatternGoesIn() {
         Fixture f("A");
         QVERIFY(f.openDialog());
