@@ -82,6 +82,17 @@ class EditorDropsTest : public QObject {
         f.discard();
     }
 
+    /// Characters that look like a line end or a blank are these from then on.
+    void aTextsForeignCharactersAreReplaced() {
+        EditorFixture f;
+        QVERIFY(f.openUnnamed());
+        QVERIFY(dropOn(&f.editor, DraggedText(QStringLiteral(u"MVI\u00A0A,1\u2028;\u2029HLT\u0085NOP"))) !=
+                DragEnd::refused);
+        QCOMPARE(f.text(), QString("MVI A,1\n;\nHLT\nNOP"));
+        QCOMPARE(f.texto()->blockCount(), 4);
+        f.discard();
+    }
+
     /// File managers drag files of other computers, browsers links.
     void anAddressIsNoText_data() {
         QTest::addColumn<QStringList>("addresses");
