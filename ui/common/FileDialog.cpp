@@ -4,12 +4,14 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QDialogButtonBox>
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <utility>
 
+#include "ui/common/FileDrops.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/TypedName.h"
 
@@ -28,6 +30,7 @@ FileDialog::FileDialog(QWidget* parent, const QString& title, QString suffix)
 /// idea of the name is another one, so it is made to stop.
 void FileDialog::readName() {
     name_ = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    name_->installEventFilter(this);
     disconnect(name_, &QLineEdit::textChanged, this, nullptr);
     connect(name_, &QLineEdit::textChanged, this, [this](const QString& text) {
         const auto which = acceptMode() == AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open;
@@ -71,6 +74,25 @@ void FileDialog::accept() {
             break;
         case TypedName::Kind::file: choose(typed.path); break;
     }
+}
+
+/// A file that is dropped on the name field is chosen; Qt would put its address in. Other texts go in.
+bool FileDialog::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    const bool drag = type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+    if (watched != name_ || !drag) return QFileDialog::eventFilter(watched, event);
+    auto& drop = static_cast<QDropEvent&>(*event);
+    if (!carriesFiles(*drop.mimeData())) return false;
+    const QString path = draggedFile(*drop.mimeData());
+    if (answerDrag(drop, !path.isEmpty()) && type == QEvent::Drop) takeDropped(path);
+    return true;
+}
+
+void FileDialog::takeDropped(const QString& path) {
+    const QFileInfo file(path);
+    setDirectory(file.isDir() ? file.filePath() : file.path());
+    name_->setFocus();
+    presetName(file.isDir() ? QString() : file.fileName());
 }
 
 /// The next dialog begins in the folder of this file, also where it was given by its whole path.

@@ -26,9 +26,13 @@ class FileDialog : public QFileDialog {
     void accept() override;
     void reject() override;
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void readName();
     void choose(const QString& path);
+    void takeDropped(const QString& path);
 
     QString suffix_;
     QString begin_;  // the folder that is shown first

@@ -17,16 +17,24 @@ QString kindOf(const QString& path) {
     return QFileInfo(path).suffix().toLower();
 }
 
-/// The one file that is dragged, or nothing.
+}  // namespace
+
+bool carriesFiles(const QMimeData& dragged) {
+    return dragged.hasUrls();
+}
+
 QString draggedFile(const QMimeData& dragged) {
     const QList<QUrl> urls = dragged.urls();
     return urls.size() == 1 && urls.first().isLocalFile() ? urls.first().toLocalFile() : QString();
 }
 
-}  // namespace
-
-bool carriesFiles(const QMimeData& dragged) {
-    return dragged.hasUrls();
+bool answerDrag(QDropEvent& event, bool wanted) {
+    const Qt::DropAction action =
+        event.possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
+    const bool allowed = wanted && event.possibleActions().testFlag(action);
+    event.setDropAction(allowed ? action : Qt::IgnoreAction);
+    event.setAccepted(allowed);
+    return allowed;
 }
 
 FileDrops::FileDrops(QWidget* window, const QStringList& kinds) : QObject(window), kinds_(kinds) {
@@ -47,18 +55,11 @@ bool FileDrops::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-/// Nothing but a copy or a link: a file manager deletes what it is told has been moved. A window behind a
-/// modal one takes nothing; Qt lets drags come through to it.
+/// A window behind a modal one takes nothing; Qt lets drags come through to it.
 bool FileDrops::allow(QDropEvent& event) const {
     const QString path = draggedFile(*event.mimeData());
-    const Qt::DropAction action =
-        event.possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
-    const bool allowed = kinds_.contains(kindOf(path)) && !QFileInfo(path).isDir() &&
-                         event.possibleActions().testFlag(action) &&
-                         QApplication::activeModalWidget() == nullptr;
-    event.setDropAction(allowed ? action : Qt::IgnoreAction);
-    event.setAccepted(allowed);
-    return allowed;
+    const bool wanted = kinds_.contains(kindOf(path)) && !QFileInfo(path).isDir();
+    return answerDrag(event, wanted && QApplication::activeModalWidget() == nullptr);
 }
 
 void FileDrops::take(const QString& path) {

@@ -14,6 +14,13 @@ namespace tavinor {
 /// addresses as a text, too.
 bool carriesFiles(const QMimeData& dragged);
 
+/// The one file of this computer that is being dragged; empty where it is anything else.
+QString draggedFile(const QMimeData& dragged);
+
+/// Answers a drag as allowed where that is wanted and can be. Nothing but a copy or a link: a file manager
+/// deletes what it is told has been moved. Returns whether it is allowed.
+bool answerDrag(QDropEvent& event, bool wanted);
+
 /// Takes files that are dropped on a window: one at a time, of the kinds that the window opens. Anything else
 /// is shown as not allowed while it is dragged.
 class FileDrops : public QObject {

@@ -2,9 +2,12 @@
 #include <QDateTime>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
+#include <QUrl>
 
+#include "tests/support/Dragging.h"
 #include "tests/ui/common/FileDialogFixture.h"
 
 using namespace tavinor;
@@ -205,6 +208,45 @@ class FileNamesTest : public QObject {
             QCOMPARE(nameField(dialog)->text(), QString());
             QTRY_COMPARE(namesShown(dialog), QStringList{"c.asm"});
             QVERIFY(QApplication::activePopupWidget() == nullptr);
+        });
+    }
+
+    void aFileDroppedOnTheNameIsChosen() {
+        FileDialogFixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.put("sub/mi programa.asm");
+        for (const bool saving : {false, true}) {
+            const auto chosen = f.ask(saving, "*.asm", [&](QFileDialog& dialog) {
+                QMimeData dragged;
+                dragged.setUrls({QUrl::fromLocalFile(f.path("sub/mi programa.asm"))});
+                dragged.setText(dragged.urls().first().toString());  // as file managers do
+                const QPoint place = nameField(dialog)->mapTo(&dialog, nameField(dialog)->rect().center());
+                QCOMPARE(dropOn(&dialog, place, dragged, Qt::MoveAction), DragEnd::refused);
+                QCOMPARE(dropOn(&dialog, place, dragged), DragEnd::copied);
+                QCOMPARE(dialog.directory().path(), f.path("sub"));
+                QCOMPARE(nameField(dialog)->text(), QString("mi programa.asm"));
+                pressKey(&dialog, Qt::Key_Return);
+            });
+            QCOMPARE(chosen, f.path("sub/mi programa.asm"));
+        }
+    }
+
+    void otherThingsDroppedOnTheName() {
+        FileDialogFixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.ask(false, {}, [&](QFileDialog& dialog) {
+            const QPoint place = nameField(dialog)->mapTo(&dialog, nameField(dialog)->rect().center());
+            QMimeData elsewhere;
+            elsewhere.setUrls({QUrl("sftp://example.org/b.asm")});
+            QCOMPARE(dropOn(&dialog, place, elsewhere), DragEnd::refused);
+            const DraggedFiles two({f.path("a.asm"), f.path("sub")});
+            QCOMPARE(dropOn(&dialog, place, two), DragEnd::refused);
+            QCOMPARE(nameField(dialog)->text(), QString());
+            QVERIFY(dropOn(&dialog, place, DraggedText("b.asm")) != DragEnd::refused);
+            QCOMPARE(nameField(dialog)->text(), QString("b.asm"));
+            QCOMPARE(dropOn(&dialog, place, DraggedFiles({f.path("sub")})), DragEnd::copied);
+            QCOMPARE(dialog.directory().path(), f.path("sub"));
+            QCOMPARE(nameField(dialog)->text(), QString());
         });
     }
 
