@@ -1,6 +1,8 @@
 #include "ui/main/ListingAccessible.h"
 
 #include <QPointer>
+#include <cstdint>
+#include <optional>
 
 #include "ui/common/HexBox.h"
 #include "ui/main/ListingPanel.h"
@@ -9,7 +11,8 @@ namespace tavinor {
 
 namespace {
 
-/// One row of the listing. It speaks for a place in the list, whatever instruction stands there.
+/// One row of the listing. It speaks for a place in the list, whatever instruction stands there; what it does
+/// is for the instruction that the tool has read there, which a run may have scrolled away since.
 class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActionInterface {
   public:
     ListingRowAccessible(ListingView* view, int row) : view_(view), row_(row) {}
@@ -29,6 +32,7 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
         if (!isValid() || kind != QAccessible::Name) return {};
+        told_ = view_->address(row_);
         return view_->item(row_)->data(Qt::AccessibleTextRole).toString();
     }
     void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
@@ -60,9 +64,8 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
     }
     void doAction(const QString& name) override {
         if (!isValid()) return;
-        const std::int32_t address = view_->address(row_);
+        const std::int32_t address = told_.value_or(view_->address(row_));
         if (!leaveFocusedBox(view_->window(), view_)) return;
-        // What leaving the box has caused may have listed other rows.
         const int row = view_->rowOf(address);
         if (row >= 0) view_->choose(row);
         if (name == toggleAction()) emit view_->toggleAsked(address);
@@ -74,6 +77,7 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
   private:
     QPointer<ListingView> view_;
     int row_;
+    mutable std::optional<std::int32_t> told_;  // the address in the text that the tool has read last
 };
 
 QAccessibleInterface* makeListingAccessible(const QString& /*className*/, QObject* object) {

@@ -166,6 +166,30 @@ class RunInputTest : public QObject {
                  }});
     }
 
+    /// The run lists other rows after the tool has read one.
+    void aToolsActionIsForTheRowThatItHasRead() {
+        s_->load(0x200, QByteArray::fromHex("C30003"));  // JMP 0300
+        s_->load(0x300, QByteArray::fromHex("C30003"));
+        s_->enter("txtPC", "0200");
+        const int place = s_->rowOf(0x0206);
+        QAccessibleInterface* row = QAccessible::queryAccessibleInterface(s_->listing())->child(place);
+        QVERIFY(row->text(QAccessible::Name).startsWith("0206"));
+        const auto toggle = [row] {
+            row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        };
+        runWith({[&] {
+                     QVERIFY(s_->rowAddress(place) != 0x0206);
+                     toggle();
+                     QCOMPARE(breakpoints(), QList{0x0206});
+                 },
+                 [&] {
+                     const int read = s_->rowAddress(place);
+                     QVERIFY(!row->text(QAccessible::Name).isEmpty());
+                     toggle();
+                     QCOMPARE(breakpoints(), (QList{0x0206, read}));
+                 }});
+    }
+
     /// Alt+P stops the run, and would be the key of a step from then on.
     void theRepeatsOfAStopDoNotStep() {
         loadCounter();
