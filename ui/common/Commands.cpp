@@ -1,6 +1,5 @@
 #include "ui/common/Commands.h"
 
-#include <QApplication>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QShortcutEvent>
@@ -23,9 +22,7 @@ CommandButton::CommandButton(const QString& name, const QString& accessibleName,
 
 /// Called for every press, by whatever way, just before `clicked`.
 void CommandButton::nextCheckState() {
-    // An assistive tool can press a button behind a modal window; the user cannot.
-    const QWidget* modal = QApplication::activeModalWidget();
-    allowed_ = isEnabled() && (modal == nullptr || modal == window()) && leaveFocusedBox(window(), this);
+    allowed_ = isEnabled() && leaveFocusedBox(window(), this);
     QPushButton::nextCheckState();
 }
 

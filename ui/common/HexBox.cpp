@@ -1,8 +1,8 @@
 #include "ui/common/HexBox.h"
 
+#include <QApplication>
 #include <QFocusEvent>
 #include <QFontMetrics>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QStyle>
@@ -230,9 +230,16 @@ HexBox* enteredBox(const QWidget* window) {
     return box == boxes.end() ? nullptr : *box;
 }
 
+/// An assistive tool can press what lies behind a modal window; the user cannot.
+bool isInReach(const QWidget* window) {
+    const QWidget* modal = QApplication::activeModalWidget();
+    return modal == nullptr || modal == window;
+}
+
 }  // namespace
 
 bool leaveFocusedBox(const QWidget* window, QWidget* next) {
+    if (!isInReach(window)) return false;
     HexBox* box = enteredBox(window);
     if (box == nullptr) return true;
     if (!box->leave()) return false;
@@ -246,7 +253,8 @@ bool leaveFocusedBox(const QWidget* window, QWidget* next) {
 
 bool leaveEditedBox(const QWidget* window) {
     const HexBox* box = enteredBox(window);
-    return box == nullptr || !box->edited() || leaveFocusedBox(window);
+    if (box == nullptr || !box->edited()) return isInReach(window);
+    return leaveFocusedBox(window);
 }
 
 }  // namespace tavinor

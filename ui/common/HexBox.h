@@ -93,8 +93,8 @@ class HexBox : public QLineEdit {
 };
 
 /// Leaves the hexadecimal box of `window` in which the user is, if any: every command does so first. The
-/// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused; then
-/// the command must not act.
+/// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused, and
+/// where another window, which is modal, keeps the user from `window`; then the command must not act.
 bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);
 /// The same where the user has typed in it; another one is left alone, because leaving may write what it
 /// shows.
