@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <limits>
 
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
@@ -36,6 +37,31 @@ QLabel* label(const char* name, const char* text, QWidget* parent) {
     auto* made = new QLabel(QString::fromUtf8(text), parent);
     made->setObjectName(QString::fromLatin1(name));
     return made;
+}
+
+/// The place nearest to `wanted` on `screen` where nothing of `kept` is covered; `wanted` where there is
+/// none.
+QPoint freePlace(const QRect& wanted, const QRect& screen, const QList<QRect>& kept) {
+    QList<int> lefts{wanted.left(), screen.left(), screen.right() + 1 - wanted.width()};
+    QList<int> tops{wanted.top(), screen.top(), screen.bottom() + 1 - wanted.height()};
+    for (const QRect& rect : kept) {
+        lefts << rect.right() + 1 << rect.left() - wanted.width();
+        tops << rect.bottom() + 1 << rect.top() - wanted.height();
+    }
+    QPoint best = wanted.topLeft();
+    int least = std::numeric_limits<int>::max();
+    for (const int left : lefts) {
+        for (const int top : tops) {
+            const QRect place({left, top}, wanted.size());
+            const int distance = (place.topLeft() - wanted.topLeft()).manhattanLength();
+            if (distance >= least || !screen.contains(place)) continue;
+            const auto covered = [&place](const QRect& rect) { return place.intersects(rect); };
+            if (std::any_of(kept.begin(), kept.end(), covered)) continue;
+            best = place.topLeft();
+            least = distance;
+        }
+    }
+    return best;
 }
 
 }  // namespace
@@ -104,20 +130,22 @@ void Halt::layOut() {
 
 /// Its lower edge is the listing's, and what it has no room for there lies beyond the left edge of the
 /// window, as far as the screen allows. Its frame is not known before it is shown; the main window's is.
-QPoint Halt::firstPlace(const QRect& listing) const {
+QPoint Halt::firstPlace(const QRect& listing, const QList<QRect>& readable) const {
     const QWidget* owner = parentWidget()->window();
     const QSize whole = sizeHint() + owner->frameGeometry().size() - owner->size();
     const QRect available = owner->screen()->availableGeometry();
-    const int left = std::min(
-        {listing.left(), listing.right() + 1 - whole.width(), available.right() + 1 - whole.width()});
-    const int top = std::min(listing.bottom(), available.bottom()) + 1 - whole.height();
-    return {std::max(left, available.left()), std::max(top, available.top())};
+    const QRect over = listing.isEmpty() ? QRect(available.bottomLeft(), QSize(1, 1)) : listing;
+    const int left =
+        std::min({over.left(), over.right() + 1 - whole.width(), available.right() + 1 - whole.width()});
+    const int top = std::min(over.bottom(), available.bottom()) + 1 - whole.height();
+    const QPoint wanted(std::max(left, available.left()), std::max(top, available.top()));
+    return freePlace({wanted, whole}, available, readable);
 }
 
-void Halt::ask(const QRect& listing) {
+void Halt::ask(const QRect& listing, const QList<QRect>& readable) {
     QEventLoop loop;
     const QScopedValueRollback<QEventLoop*> mine(showing_, &loop);
-    move(place_.value_or(firstPlace(listing)));
+    move(place_.value_or(firstPlace(listing, readable)));
     show();
     // Shown again before the window system has noticed that it was hidden, the dialog would count as
     // inactive, and its box could be typed in without ever being entered.

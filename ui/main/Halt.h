@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QList>
 #include <QPoint>
+#include <QRect>
 #include <QString>
 #include <array>
 #include <optional>
@@ -30,8 +32,10 @@ class Halt : public QDialog {
 
     /// Shows the dialog and returns when the chosen way out has been carried out. It may be called again
     /// while the way out runs, when that executes another HLT. The first time it stands over the lower part
-    /// of `listing` (on the screen), which tells least while the processor is halted.
-    void ask(const QRect& listing);
+    /// of `listing`, which tells least while the processor is halted, or at the bottom left where that is
+    /// empty; and beside what is `readable`, if there is any such place. Both are what can be seen of them on
+    /// the screen.
+    void ask(const QRect& listing, const QList<QRect>& readable);
 
     /// Enables the options of the requests that the machine allows; RESET and TRAP always are.
     void allow(const RequestsAllowed& allowed);
@@ -53,7 +57,7 @@ class Halt : public QDialog {
 
   private:
     void layOut();
-    [[nodiscard]] QPoint firstPlace(const QRect& listing) const;
+    [[nodiscard]] QPoint firstPlace(const QRect& listing, const QList<QRect>& readable) const;
     void aceptar_Click();
     void opt_Click(int index);
     /// Selects an option without any question.

@@ -31,6 +31,16 @@
 
 namespace tavinor {
 
+namespace {
+
+/// What can be seen of a widget in its window, as a place on the screen.
+QRect seen(const QWidget& widget) {
+    const QRect part = widget.visibleRegion().boundingRect();
+    return {widget.mapToGlobal(part.topLeft()), part.size()};
+}
+
+}  // namespace
+
 QString Principal::errorText(const RuntimeError& error) {
     return error.number() == RuntimeError::Number::overflow
                ? QStringLiteral("Error 6: desbordamiento")
@@ -147,7 +157,12 @@ void Principal::haltComes() {
 
 void Principal::halt() {
     run_.letPaintsGo();
-    halt_->ask({listing_->mapToGlobal(QPoint()), listing_->size()});
+    QList<QRect> readable;
+    for (const QWidget* panel : {static_cast<QWidget*>(registers_), static_cast<QWidget*>(interrupts_),
+                                 static_cast<QWidget*>(ports_)}) {
+        for (const QWidget* control : panel->findChildren<QWidget*>()) readable.append(seen(*control));
+    }
+    halt_->ask(seen(*listing_), readable);
     if (!halt_->continues()) stopRun();
 }
 

@@ -1,9 +1,15 @@
+#include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHash>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
+#include <algorithm>
 
 #include "tests/support/RealInput.h"
 #include "tests/ui/main/Simulator.h"
@@ -42,18 +48,44 @@ class HaltTest : public QObject {
             clickIn(aceptar());
         });
     }
-    static QRect onTheScreen(const QWidget& widget) { return {widget.mapToGlobal(QPoint()), widget.size()}; }
-    /// The controls under `dialog` that must be read while the processor is halted.
-    [[nodiscard]] QStringList coveredBy(const QRect& dialog) const {
-        QStringList names;
+    /// What can be seen of a control, as a place on the screen.
+    static QRect onTheScreen(const QWidget& widget) {
+        const QRect seen = widget.visibleRegion().boundingRect();
+        return {widget.mapToGlobal(seen.topLeft()), seen.size()};
+    }
+    /// The places of the controls that must be read while the processor is halted.
+    [[nodiscard]] QHash<QString, QRect> readable() const {
+        QHash<QString, QRect> places;
         for (const auto* group : s_->window.findChildren<QGroupBox*>()) {
             const bool read =
                 QStringList({"Registros", "Interrupciones", "Puertos de E/S"}).contains(group->title());
             for (const QWidget* widget : read ? group->findChildren<QWidget*>() : QList<QWidget*>()) {
-                if (dialog.intersects(onTheScreen(*widget))) names.append(widget->objectName());
+                const QRect place = onTheScreen(*widget);
+                if (!place.isEmpty())
+                    places.insert(QStringLiteral("%1 %2").arg(places.size()).arg(widget->objectName()),
+                                  place);
             }
         }
+        return places;
+    }
+    /// Those under `dialog`.
+    [[nodiscard]] QStringList coveredBy(const QRect& dialog) const {
+        const QHash<QString, QRect> places = readable();
+        QStringList names = places.keys();
+        names.removeIf([&](const QString& name) { return !dialog.intersects(places[name]); });
         return names;
+    }
+    /// Whether a window of that size has any place on the screen where nothing is covered that must be read.
+    [[nodiscard]] bool hasRoom(const QSize& size) const {
+        const QRect screen = s_->window.screen()->availableGeometry();
+        const QList<QRect> places = readable().values();
+        for (QRect place(screen.topLeft(), size); place.bottom() <= screen.bottom(); place.translate(0, 4)) {
+            for (place.moveLeft(screen.left()); place.right() <= screen.right(); place.translate(4, 0)) {
+                const auto covered = [&place](const QRect& rect) { return place.intersects(rect); };
+                if (std::none_of(places.begin(), places.end(), covered)) return true;
+            }
+        }
+        return false;
     }
     void expectHaltAndChoose(Halt::Option way) const {
         expectHalt([this, way] {
@@ -274,6 +306,15 @@ class HaltTest : public QObject {
             const QString before = s_->text("txtPC");
             QVERIFY(pressByAssistiveTool(s_->button("Trap")));
             QCOMPARE(s_->text("txtPC"), before);
+            QVERIFY(pressByAssistiveTool(s_->button("CHK55")));
+            QVERIFY(s_->machine().intState.M55 && s_->checked("CHK55"));
+            const int selected = s_->selectedAddress();
+            QAccessibleInterface* row = QAccessible::queryAccessibleInterface(s_->listing())->child(3);
+            for (const QString& action : row->actionInterface()->actionNames()) {
+                row->actionInterface()->doAction(action);
+            }
+            QCOMPARE(s_->selectedAddress(), selected);
+            QCOMPARE(s_->window.breakpoints()[static_cast<std::size_t>(s_->rowAddress(3))], 0);
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -323,6 +364,50 @@ class HaltTest : public QObject {
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
+    }
+
+    void firstBesideWhatMustBeRead_data() {
+        QTest::addColumn<double>("font");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("scrolledAway");
+        for (const double font : {1.0, 1.5, 2.0}) {
+            for (const QSize& size : {QSize(), QSize(1008, 704), QSize(600, 500)}) {
+                for (const bool away : {false, true}) {
+                    QTest::addRow("%.1f, %d wide%s", font, size.width(), away ? ", scrolled" : "")
+                        << font << size << away;
+                }
+            }
+        }
+    }
+
+    /// With large letters, or in a small window, the listing may be out of view.
+    void firstBesideWhatMustBeRead() {
+        QFETCH(const double, font);
+        QFETCH(const QSize, size);
+        QFETCH(const bool, scrolledAway);
+        const QFont before = QApplication::font();
+        const auto restore = qScopeGuard([&] { QApplication::setFont(before); });
+        QFont larger = before;
+        larger.setPointSizeF(before.pointSizeF() * font);
+        QApplication::setFont(larger);
+        s_ = std::make_unique<Simulator>();
+        if (size.isValid()) s_->window.resize(size);
+        prepareHalt(true);
+        s_->button("Eje_paso")->setFocus();
+        auto* area = s_->window.centralWidget()->findChild<QScrollArea*>();
+        if (scrolledAway) {
+            area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->maximum());
+            area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+        }
+        expectHalt([this] {
+            QTest::qWait(50);  // for the window manager
+            const QRect dialog = s_->halt()->frameGeometry();
+            QVERIFY(s_->window.screen()->availableGeometry().contains(dialog));
+            const QStringList covered = coveredBy(dialog);
+            QVERIFY2(covered.isEmpty() || !hasRoom(dialog.size()), qPrintable(covered.join(' ')));
+            clickIn(aceptar());
+        });
+        pressKey(&s_->window, Qt::Key_P, Qt::AltModifier);
     }
 
     void afterwardsWhereItWasLeft() {
