@@ -287,6 +287,7 @@ void Simulation::clearTrace() {
     *before_ = *now_;
     touched_.clear();
     // Within a HLT the way out is still to come. The history begins with the borrowed bytes back in place.
+    // clang 14 cannot compile the views of libstdc++. NOLINTNEXTLINE(modernize-loop-convert)
     for (auto borrowed = borrowed_.rbegin(); borrowed != borrowed_.rend(); ++borrowed) {
         before_->machine.mem[static_cast<std::size_t>(borrowed->address)] = borrowed->byte;
         touched_.markMemory(borrowed->address);

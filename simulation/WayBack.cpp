@@ -67,6 +67,7 @@ std::optional<Position> WayBack::lastWriteIn(const Position& from, const Positio
         const Position end = std::min(to, {instructions, history_.changesUpTo(instructions)});
         if (mayWrite(end, address)) writing.emplace_back(start, end);
     }
+    // clang 14 cannot compile the views of libstdc++. NOLINTNEXTLINE(modernize-loop-convert)
     for (auto part = writing.rbegin(); part != writing.rend(); ++part) {
         const auto& [start, end] = *part;
         if (std::optional<Position> found = lastWriteStepping(start, end, address)) return found;
