@@ -76,7 +76,7 @@ TEST(TraceMemoryTest, HasABoundHoweverLongTheRun) {
 }
 
 TEST(TraceMemoryTest, TakesNoMoreThan64BytesForAChange) {
-    constexpr std::size_t changes = 100'000;
+    constexpr std::size_t changes = 1'000'000;
     TracedMachine traced;
     traced.recordOnlyCompact();
     traced.load(fillingLoop);

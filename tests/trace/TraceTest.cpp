@@ -169,6 +169,47 @@ TEST_F(TraceTest, ClearedInTheMiddleOfAStepTheListStartsWithAStateRow) {
     expectEqual();
 }
 
+TEST_F(TraceTest, AByteAtHLThatNoRefreshHasShownYetMakesNoStateRow) {
+    traced.step();
+    traced.both([](auto& target) { target.writeMemory(0, 9); });  // HL is 0000; as the entry row does it
+    traced.step();
+    EXPECT_EQ(traced.trace().size(), 3U);
+    traced.both([](auto& target) { target.writeMemory(0, 8); });
+    traced.both([](auto& target) { target.refresh(); });
+    traced.step();
+    EXPECT_EQ(traced.trace().size(), 5U);
+    EXPECT_EQ(column(12), Texts({"00", "00", "09", "08", "08"}));
+    expectEqual();
+}
+
+TEST_F(TraceTest, ClearedWhileMIsBehindTheFirstRowShowsTheOldOne) {
+    traced.steps(2);
+    traced.both([](auto& target) { target.writeMemory(0, 9); });
+    traced.clear();
+    traced.step();
+    EXPECT_EQ(column(12), Texts({"00", "09"}));
+    expectEqual();
+}
+
+TEST_F(TraceTest, AnEditAfterTheWayOutOfAHaltHasAStateRowOfItsOwn) {
+    traced.load({0x76, 0x3C, 0x3C});
+    traced.onHalt = [this] {
+        traced.both([](auto& target) {
+            target.rst75();
+            target.refresh();
+        });
+    };
+    traced.step();
+    traced.edit([](Registers& r) {
+        r.A = 0x77;
+        r.PC = 1;
+    });
+    traced.steps(2);
+    EXPECT_EQ(column(2), Texts({"", "HLT", "", "INR A", "INR A"}));
+    EXPECT_EQ(column(13), Texts({"0000", "003C", "0001", "0002", "0003"}));
+    expectEqual();
+}
+
 TEST_F(TraceTest, ReadsAnyPieceAcrossTheKeptMachines) {
     traced.load({0x01, 0x00, 0x00, 0x03, 0x78, 0xB1, 0xC2, 0x03, 0x00, 0xC3, 0x00, 0x00});
     traced.steps(2 * 65536 + 100);
