@@ -15,6 +15,7 @@
 #include "tests/memory/User.h"
 #include "tests/support/RealInput.h"
 #include "ui/common/FileDrops.h"
+#include "ui/main/ListingPanel.h"
 #include "ui/main/Principal.h"
 
 using namespace tavinor;
@@ -74,12 +75,16 @@ class MachineOutOfMemoryTest : public QObject {
         user.start();
         emit drops->dropped(path, kind);
     }
+    /// As the list does it.
+    void toggleBreakpoint(std::int32_t address) const {
+        emit principal_->findChild<ListingPanel*>()->breakpointToggled(address);
+    }
     /// The program is there, PC at its beginning, and a breakpoint at its end.
     void prepare() const {
         User user(-1);
         load(write("prog.hex", program), user);
         button("Reset")->click();
-        const_cast<Breakpoints&>(principal_->breakpoints())[programEnd] = -1;
+        toggleBreakpoint(programEnd);
     }
     static QMainWindow* traceWindow() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -120,7 +125,7 @@ class MachineOutOfMemoryTest : public QObject {
                 User user(-1);
                 load(before, user);
             }
-            const_cast<Breakpoints&>(principal_->breakpoints())[7] = -1;
+            toggleBreakpoint(7);
             User user(number);
             load(path, user);
             const bool told = user.wasToldOfMemory();
