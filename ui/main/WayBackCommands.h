@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+class QWidget;
+
 namespace tavinor {
 
 struct Position;
