@@ -48,7 +48,7 @@ Inspector::Inspector(Principal& principal)
     QObject::connect(principal.findChild<InterruptPanel*>(), &InterruptPanel::intrRequested, &principal,
                      [this] { gridMayDiffer_ = true; });
     QObject::connect(principal.findChild<Halt*>(), &Halt::chosen, &principal,
-                     [this](int option) { gridMayDiffer_ |= option == Halt::intr; });
+                     [this](Halt::WayOut wayOut) { gridMayDiffer_ |= wayOut == Halt::WayOut::intr; });
 }
 
 bool Inspector::running() const {

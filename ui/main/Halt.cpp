@@ -24,7 +24,8 @@ struct OptionName {
     const char* caption;
     const char* accessible;
 };
-constexpr std::array<OptionName, Halt::optionCount> optionNames{{
+/// By the way out.
+constexpr std::array<OptionName, Halt::waysOut.size()> optionNames{{
     {"RESET", "Salir con RESET"},
     {"TRAP", "Salir con TRAP"},
     {"RST5.5", "Salir con RST 5.5"},
@@ -93,19 +94,12 @@ void Halt::layOut() {
     auto* layout = new QVBoxLayout(content);
     layout->addWidget(Label1);
     layout->addWidget(Label2);
-    for (int i = 0; i < optionCount; ++i) {
-        const OptionName& name = optionNames[static_cast<std::size_t>(i)];
-        auto* option = new QRadioButton(QString::fromLatin1(name.caption), this);
-        opt[static_cast<std::size_t>(i)] =
-            named(option, QStringLiteral("opt%1").arg(i), QString::fromLatin1(name.accessible));
-        option->setFocusPolicy(Qt::StrongFocus);
-        connect(option, &QRadioButton::toggled, this, [this, i](bool checked) {
-            if (checked) opt_Click(i);
-        });
-        if (i != intr) layout->addWidget(option);
+    for (const WayOut wayOut : waysOut) {
+        opt[static_cast<std::size_t>(wayOut)] = makeOption(wayOut);
+        if (wayOut != WayOut::intr) layout->addWidget(option(wayOut));
     }
     auto* intrRow = new QHBoxLayout;
-    intrRow->addWidget(opt[intr]);
+    intrRow->addWidget(option(WayOut::intr));
     intrRow->addStretch();
     intrRow->addWidget(Label33);
     intrRow->addWidget(txtVec);
@@ -119,7 +113,7 @@ void Halt::layOut() {
     aceptar->setDefault(true);
 
     for (std::size_t i = 1; i < opt.size(); ++i) setTabOrder(opt[i - 1], opt[i]);
-    setTabOrder(opt[intr], txtVec);
+    setTabOrder(option(WayOut::intr), txtVec);
     setTabOrder(txtVec, eje);
     setTabOrder(eje, aceptar);
     auto* around = new QVBoxLayout(this);
@@ -157,21 +151,33 @@ void Halt::ask(const QRect& listing, const QList<QRect>& readable) {
 void Halt::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous()) return;
-    select(reset);
-    opt[reset]->setFocus();
+    select(WayOut::reset);
+    option(WayOut::reset)->setFocus();
 }
 
-void Halt::select(int index) {
-    selected_ = index;
-    opt[static_cast<std::size_t>(index)]->setChecked(true);
+QRadioButton* Halt::makeOption(WayOut wayOut) {
+    const auto index = static_cast<std::size_t>(wayOut);
+    const OptionName& name = optionNames[index];
+    auto* made = named(new QRadioButton(QString::fromLatin1(name.caption), this),
+                       QStringLiteral("opt%1").arg(index), QString::fromLatin1(name.accessible));
+    made->setFocusPolicy(Qt::StrongFocus);
+    connect(made, &QRadioButton::toggled, this, [this, wayOut](bool checked) {
+        if (checked) opt_Click(wayOut);
+    });
+    return made;
+}
+
+void Halt::select(WayOut wayOut) {
+    selected_ = wayOut;
+    option(wayOut)->setChecked(true);
 }
 
 /// An assistive tool selects an option without moving the focus. It is taken back until the vector box has
 /// let go of the focus.
-void Halt::opt_Click(int index) {
-    if (index == selected_) return;
-    opt[static_cast<std::size_t>(selected_)]->setChecked(true);
-    if (leaveFocusedBox(this, opt[static_cast<std::size_t>(index)])) select(index);
+void Halt::opt_Click(WayOut wayOut) {
+    if (wayOut == selected_) return;
+    option(selected_)->setChecked(true);
+    if (leaveFocusedBox(this, option(wayOut))) select(wayOut);
 }
 
 void Halt::closeEvent(QCloseEvent* event) {
@@ -182,20 +188,15 @@ void Halt::aceptar_Click() {
     QEventLoop* showing = showing_;
     place_ = pos();
     hide();
-    for (int i = 0; i < optionCount; ++i) {
-        if (opt[static_cast<std::size_t>(i)]->isChecked()) {
-            emit chosen(i);
-            break;
-        }
-    }
+    emit chosen(selected_);
     if (showing != nullptr) showing->quit();
 }
 
 void Halt::allow(const RequestsAllowed& allowed) {
-    opt[rst55]->setEnabled(allowed.rst55);
-    opt[rst65]->setEnabled(allowed.rst65);
-    opt[rst75]->setEnabled(allowed.rst75);
-    opt[intr]->setEnabled(allowed.intr);
+    option(WayOut::rst55)->setEnabled(allowed.rst55);
+    option(WayOut::rst65)->setEnabled(allowed.rst65);
+    option(WayOut::rst75)->setEnabled(allowed.rst75);
+    option(WayOut::intr)->setEnabled(allowed.intr);
 }
 
 void Halt::setRunning(bool running) {

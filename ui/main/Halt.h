@@ -6,6 +6,8 @@
 #include <QRect>
 #include <QString>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "ui/common/Commands.h"
@@ -24,9 +26,10 @@ class Halt : public QDialog {
     Q_OBJECT
 
   public:
-    /// The ways out, by the index of their option.
-    enum Option { reset, trap, rst55, rst65, rst75, intr };
-    static constexpr int optionCount = 6;
+    /// The ways out, in the order of their options.
+    enum class WayOut : std::uint8_t { reset, trap, rst55, rst65, rst75, intr };
+    static constexpr std::array waysOut{WayOut::reset, WayOut::trap,  WayOut::rst55,
+                                        WayOut::rst65, WayOut::rst75, WayOut::intr};
 
     explicit Halt(QWidget* parent);
 
@@ -48,7 +51,7 @@ class Halt : public QDialog {
     /// The vector box was left: its text is the main window's vector from now on.
     void vectorLeft(const QString& text);
     /// "Aceptar" was pressed and the dialog is hidden: the way out is to be carried out now.
-    void chosen(int option);
+    void chosen(tavinor::Halt::WayOut wayOut);
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -59,13 +62,15 @@ class Halt : public QDialog {
     void layOut();
     [[nodiscard]] QPoint firstPlace(const QRect& listing, const QList<QRect>& readable) const;
     void aceptar_Click();
-    void opt_Click(int index);
+    void opt_Click(WayOut wayOut);
     /// Selects an option without any question.
-    void select(int index);
+    void select(WayOut wayOut);
+    QRadioButton* makeOption(WayOut wayOut);
+    [[nodiscard]] QRadioButton* option(WayOut wayOut) const { return opt[static_cast<std::size_t>(wayOut)]; }
 
     QLabel *Label1, *Label2, *Label33;
-    std::array<QRadioButton*, optionCount> opt{};
-    int selected_ = reset;
+    std::array<QRadioButton*, waysOut.size()> opt{};
+    WayOut selected_ = WayOut::reset;
     HexBox* txtVec;
     CommandCheckBox* eje;
     CommandButton* aceptar;

@@ -4,7 +4,6 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <array>
 #include <exception>
 #include <new>
 #include <optional>
@@ -21,7 +20,6 @@
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
-#include "ui/main/Halt.h"
 #include "ui/main/HistoryMenu.h"
 #include "ui/main/InterruptPanel.h"
 #include "ui/main/ListingPanel.h"
@@ -322,11 +320,16 @@ void Principal::about_Click() {
     emit aboutRequested();
 }
 
-void Principal::carryOut(int haltOption) {
-    constexpr std::array<void (Principal::*)(), Halt::optionCount> procedures{
-        &Principal::Reset_Click, &Principal::Trap_Click,  &Principal::Rst55_Click,
-        &Principal::Rst65_Click, &Principal::Rst75_Click, &Principal::Intr_Click};
-    (this->*procedures[static_cast<std::size_t>(haltOption)])();
+void Principal::carryOut(Halt::WayOut wayOut) {
+    using WayOut = Halt::WayOut;
+    switch (wayOut) {
+        case WayOut::reset: Reset_Click(); break;
+        case WayOut::trap: Trap_Click(); break;
+        case WayOut::rst55: Rst55_Click(); break;
+        case WayOut::rst65: Rst65_Click(); break;
+        case WayOut::rst75: Rst75_Click(); break;
+        case WayOut::intr: Intr_Click(); break;
+    }
 }
 
 void Principal::recover(const QString& message) {

@@ -11,6 +11,7 @@
 #include "simulation/Simulation.h"
 #include "ui/common/KeyRepeats.h"
 #include "ui/common/MemoryGuard.h"
+#include "ui/main/Halt.h"
 #include "ui/main/Run.h"
 #include "ui/main/ShownValues.h"
 #include "ui/main/WayBackCommands.h"
@@ -24,7 +25,6 @@ class BytePanel;
 class CommandBar;
 class Editor;
 class EntryPanel;
-class Halt;
 class HistoryMenu;
 class InterruptPanel;
 class Listapasos;
@@ -116,7 +116,7 @@ class Principal : public QMainWindow, private HaltHandler, private RunWindow {
     /// True when the window may close: never while a run is going, and not before the editor has closed. See
     /// behaviour.md, Main window: runs.
     bool Form_QueryUnload();
-    void carryOut(int haltOption);
+    void carryOut(Halt::WayOut wayOut);
 
     /// The texts of the register boxes while one of them is being typed in.
     [[nodiscard]] std::optional<RegisterTexts> typedTexts() const;

@@ -15,7 +15,6 @@
 #include "ui/main/BytePanel.h"
 #include "ui/main/CommandBar.h"
 #include "ui/main/EntryPanel.h"
-#include "ui/main/Halt.h"
 #include "ui/main/HistoryMenu.h"
 #include "ui/main/InterruptPanel.h"
 #include "ui/main/ListingPanel.h"
@@ -130,7 +129,7 @@ void Principal::connectCommands() {
     connect(interrupts_, &InterruptPanel::allowedChanged, halt_, &Halt::allow);
     connect(halt_, &Halt::vectorLeft, interrupts_, &InterruptPanel::setVector);
     connect(halt_, &Halt::chosen, this,
-            [this](int option) { guarded([this, option] { carryOut(option); }); });
+            [this](Halt::WayOut wayOut) { guarded([this, wayOut] { carryOut(wayOut); }); });
     connect(new FileDrops(this, {QStringLiteral("hex"), QStringLiteral("asm")}), &FileDrops::dropped, this,
             [this](const QString& path, const QString& kind) {
                 guarded([this, path, kind] { openDropped(path, kind); });

@@ -10,6 +10,7 @@
 #include "trace/TraceFile.h"
 #include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
+#include "ui/common/HexBox.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -41,8 +42,9 @@ void Listapasos::makeMenus() {
     const auto add = [this](const QString& name, const QString& text, void (Listapasos::*act)()) {
         QAction* action = menuBar()->addAction(text);
         action->setObjectName(name);
-        connect(action, &QAction::triggered, this,
-                [this, act] { guardMemory(this, [this, act] { (this->*act)(); }); });
+        connect(action, &QAction::triggered, this, [this, act] {
+            if (leaveFocusedBox(this)) guardMemory(this, [this, act] { (this->*act)(); });
+        });
         return action;
     };
     salvar = add(QStringLiteral("salvar"), QStringLiteral("&Salvar"), &Listapasos::salvar_Click);

@@ -25,8 +25,9 @@ class HaltTest : public QObject {
     std::unique_ptr<Simulator> s_;
 
     [[nodiscard]] QString difference() const { return ViewsCheck(*s_).quickDifference(); }
-    [[nodiscard]] QRadioButton* option(int index) const {
-        return s_->halt()->findChild<QRadioButton*>(QStringLiteral("opt%1").arg(index));
+    using WayOut = Halt::WayOut;
+    [[nodiscard]] QRadioButton* option(WayOut wayOut) const {
+        return s_->halt()->findChild<QRadioButton*>(QStringLiteral("opt%1").arg(static_cast<int>(wayOut)));
     }
     [[nodiscard]] QCheckBox* eje() const { return s_->halt()->findChild<QCheckBox*>("eje"); }
     [[nodiscard]] HexBox* vector() const { return s_->halt()->findChild<HexBox*>("txtVec"); }
@@ -87,7 +88,7 @@ class HaltTest : public QObject {
         }
         return false;
     }
-    void expectHaltAndChoose(Halt::Option way) const {
+    void expectHaltAndChoose(WayOut way) const {
         expectHalt([this, way] {
             clickIn(option(way));
             clickIn(aceptar());
@@ -119,7 +120,7 @@ class HaltTest : public QObject {
             QVERIFY(!label("Label2")->font().bold());
             QCOMPARE(label("Label33")->text(), "Vector:");
             QStringList options;
-            for (int i = 0; i < Halt::optionCount; ++i) options.append(option(i)->text());
+            for (const WayOut way : Halt::waysOut) options.append(option(way)->text());
             QCOMPARE(options, QStringList({"RESET", "TRAP", "RST5.5", "RST6.5", "RST7.5", "INTR"}));
             QCOMPARE(eje()->text(), "Continuar ejecución");
             QCOMPARE(aceptar()->text(), "Aceptar");
@@ -131,22 +132,22 @@ class HaltTest : public QObject {
         QCOMPARE(difference(), QString());
     }
 
-    void waysOut_data() {
-        QTest::addColumn<int>("way");
+    void aWayOut_data() {
+        QTest::addColumn<WayOut>("way");
         QTest::addColumn<int>("programCounter");
-        QTest::newRow("TRAP") << int(Halt::trap) << 0x24;
-        QTest::newRow("RST5.5") << int(Halt::rst55) << 0x2C;
-        QTest::newRow("RST6.5") << int(Halt::rst65) << 0x34;
-        QTest::newRow("RST7.5") << int(Halt::rst75) << 0x3C;
-        QTest::newRow("INTR") << int(Halt::intr) << 0x38;
+        QTest::newRow("TRAP") << WayOut::trap << 0x24;
+        QTest::newRow("RST5.5") << WayOut::rst55 << 0x2C;
+        QTest::newRow("RST6.5") << WayOut::rst65 << 0x34;
+        QTest::newRow("RST7.5") << WayOut::rst75 << 0x3C;
+        QTest::newRow("INTR") << WayOut::intr << 0x38;
     }
 
-    void waysOut() {
-        QFETCH(int, way);
+    void aWayOut() {
+        QFETCH(const WayOut, way);
         QFETCH(int, programCounter);
         prepareHalt(true);
         s_->enter("txtVec", "FF");
-        expectHaltAndChoose(static_cast<Halt::Option>(way));
+        expectHaltAndChoose(way);
         s_->press("Eje_paso");
         const MachineState& m = s_->machine();
         QCOMPARE(m.PC, programCounter);
@@ -159,7 +160,7 @@ class HaltTest : public QObject {
     void resetIsTheWayOutByDefault() {
         prepareHalt(true);
         expectHalt([this] {
-            QVERIFY(option(Halt::reset)->isChecked());
+            QVERIFY(option(WayOut::reset)->isChecked());
             pressKey(s_->halt(), Qt::Key_Return);
         });
         s_->press("Eje_paso");
@@ -172,10 +173,10 @@ class HaltTest : public QObject {
         prepareHalt(false);
         for (int i = 0; i < 2; ++i) {
             expectHalt([this] {
-                QVERIFY(option(Halt::reset)->isChecked());
-                QTRY_VERIFY(option(Halt::reset)->hasFocus());
-                clickIn(option(Halt::trap));
-                QVERIFY(option(Halt::trap)->isChecked() && !option(Halt::reset)->isChecked());
+                QVERIFY(option(WayOut::reset)->isChecked());
+                QTRY_VERIFY(option(WayOut::reset)->hasFocus());
+                clickIn(option(WayOut::trap));
+                QVERIFY(option(WayOut::trap)->isChecked() && !option(WayOut::reset)->isChecked());
                 clickIn(aceptar());
             });
             s_->enter("txtPC", "0100");
@@ -187,13 +188,13 @@ class HaltTest : public QObject {
     void aMessageOverTheDialogKeepsTheSelection() {
         prepareHalt(true);
         expectHalt([this] {
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             typeVector("xx");
             clickIn(aceptar());  // refused: the dialog stays
             QVERIFY(s_->halt()->isVisible());
             QTRY_VERIFY(vector()->hasFocus());
             QCOMPARE(vector()->selectedText(), "xx");
-            QVERIFY(option(Halt::trap)->isChecked());
+            QVERIFY(option(WayOut::trap)->isChecked());
             typeVector("1");
             clickIn(aceptar());
         });
@@ -208,16 +209,18 @@ class HaltTest : public QObject {
         s_->press("CHK65");
         expectHalt([this] {
             QList<bool> enabled;
-            for (int i = 0; i < Halt::optionCount; ++i) enabled.append(option(i)->isEnabled());
+            for (const WayOut way : Halt::waysOut) enabled.append(option(way)->isEnabled());
             QCOMPARE(enabled, QList<bool>({true, true, true, false, true, true}));
-            clickIn(option(Halt::rst65));
-            QVERIFY(option(Halt::reset)->isChecked());
+            clickIn(option(WayOut::rst65));
+            QVERIFY(option(WayOut::reset)->isChecked());
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
         s_->enter("txtPC", "0100");
         expectHalt([this] {
-            for (int i = Halt::rst55; i <= Halt::intr; ++i) QVERIFY(!option(i)->isEnabled());
+            for (const WayOut way : {WayOut::rst55, WayOut::rst65, WayOut::rst75, WayOut::intr}) {
+                QVERIFY(!option(way)->isEnabled());
+            }
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -230,7 +233,7 @@ class HaltTest : public QObject {
                                         "76"));  // MVI A,8; SIM; EI; HLT
         for (int i = 0; i < 3; ++i) s_->press("Eje_paso");
         expectHalt([this] {
-            for (int i = 0; i < Halt::optionCount; ++i) QVERIFY(option(i)->isEnabled());
+            for (const WayOut way : Halt::waysOut) QVERIFY(option(way)->isEnabled());
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -244,7 +247,7 @@ class HaltTest : public QObject {
             QVERIFY(!s_->halt()->close());
             QVERIFY(s_->halt()->isVisible());
             QCOMPARE(s_->machine().PC, 0x101);
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -254,7 +257,7 @@ class HaltTest : public QObject {
     void theDefaultButtonsEnterLeavesTheVector() {
         prepareHalt(true);
         expectHalt([this] {
-            clickIn(option(Halt::intr));
+            clickIn(option(WayOut::intr));
             typeVector("zz");
             pressKey(s_->halt(), Qt::Key_Return);
             QVERIFY(s_->halt()->isVisible());
@@ -276,7 +279,7 @@ class HaltTest : public QObject {
             QCOMPARE(vector()->text(), "00");
             typeVector("3e");
             QCOMPARE(s_->text("txtVec"), "12");
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             QCOMPARE(s_->text("txtVec"), "3E");
             clickIn(aceptar());
         });
@@ -327,13 +330,13 @@ class HaltTest : public QObject {
         prepareHalt(true);
         expectHalt([this] {
             typeVector("zz");
-            pressByAssistiveTool(option(Halt::intr));
-            QVERIFY(option(Halt::reset)->isChecked() && !option(Halt::intr)->isChecked());
+            pressByAssistiveTool(option(WayOut::intr));
+            QVERIFY(option(WayOut::reset)->isChecked() && !option(WayOut::intr)->isChecked());
             QTRY_VERIFY(vector()->hasFocus());
             QCOMPARE(vector()->text(), "zz");
             typeVector("d7");
-            pressByAssistiveTool(option(Halt::intr));
-            QVERIFY(option(Halt::intr)->isChecked() && option(Halt::intr)->hasFocus());
+            pressByAssistiveTool(option(WayOut::intr));
+            QVERIFY(option(WayOut::intr)->isChecked() && option(WayOut::intr)->hasFocus());
             QCOMPARE(s_->text("txtVec"), "D7");
             clickIn(aceptar());
         });
@@ -416,7 +419,7 @@ class HaltTest : public QObject {
         expectHalt([this, elsewhere] {
             s_->halt()->move(elsewhere);
             QTest::qWait(50);
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -433,7 +436,7 @@ class HaltTest : public QObject {
         prepareHalt(false);
         expectHalt([this] {
             QVERIFY(!eje()->isEnabled() && !eje()->isChecked());
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -450,13 +453,13 @@ class HaltTest : public QObject {
             QVERIFY(s_->running());
             QVERIFY(eje()->isEnabled() && eje()->isChecked());
             QCOMPARE(s_->text("txtPC"), "0100");  // the views are those before the HLT
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             clickIn(aceptar());
         });
         expectHalt([this] {
             QCOMPARE(int(s_->machine().C), 1);
             QVERIFY(eje()->isChecked());
-            clickIn(option(Halt::trap));
+            clickIn(option(WayOut::trap));
             clickIn(eje());
             clickIn(aceptar());
         });
@@ -504,15 +507,15 @@ class HaltTest : public QObject {
     void intrMayExecuteAnotherHalt() {
         prepareHalt(true);
         expectHalt([this] {
-            clickIn(option(Halt::intr));
+            clickIn(option(WayOut::intr));
             typeVector("76");
             clickIn(aceptar());  // returns when the second dialog has been left
             QVERIFY(!s_->halt()->isVisible());
         });
         expectHalt([this] {
             QVERIFY(s_->halt()->isVisible());
-            QVERIFY(option(Halt::reset)->isChecked());
-            clickIn(option(Halt::trap));
+            QVERIFY(option(WayOut::reset)->isChecked());
+            clickIn(option(WayOut::trap));
             clickIn(aceptar());
         });
         s_->press("Eje_paso");
@@ -534,7 +537,7 @@ class HaltTest : public QObject {
         s_->enter("txtPC", "FFFC");
         for (const char* mask : {"CHK55", "CHKEI"}) s_->press(mask);
         expectHalt([this] {
-            clickIn(option(Halt::intr));
+            clickIn(option(WayOut::intr));
             typeVector("00");
             clickIn(aceptar());
         });
@@ -551,7 +554,7 @@ class HaltTest : public QObject {
         s_->load(0xFFFF, QByteArray::fromHex("76"));
         s_->enter("txtSP", "8000");
         s_->enter("txtPC", "FFFF");
-        expectHaltAndChoose(Halt::trap);
+        expectHaltAndChoose(WayOut::trap);
         s_->dialogs.expectMessage("Error 6: desbordamiento");
         s_->press("Ejecutar");
         QVERIFY(!s_->running());

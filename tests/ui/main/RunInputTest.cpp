@@ -2,6 +2,7 @@
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
+#include <functional>
 
 #include "tests/support/RealInput.h"
 #include "tests/ui/main/ListedPace.h"
@@ -23,6 +24,17 @@ class RunInputTest : public QObject {
     /// INX B; JMP 0000: the program counter is at 0000 or 0001 at all times.
     void loadCounter() const { s_->load(0, QByteArray::fromHex("03C30000")); }
     void runWith(const QList<std::function<void()>>& actions) const { s_->runWith(actions); }
+    /// Does it once, at the first look at the event queue in the run that is started next.
+    void atTheFirstLook(const std::function<void()>& action) const {
+        auto* timer = new QTimer(&s_->window);
+        connect(timer, &QTimer::timeout, &s_->window, [this, timer, action] {
+            if (!s_->running()) return;
+            timer->stop();
+            timer->deleteLater();
+            action();
+        });
+        timer->start(0);
+    }
     /// The addresses that have a breakpoint.
     [[nodiscard]] QList<int> breakpoints() const {
         QList<int> addresses;
@@ -57,7 +69,7 @@ class RunInputTest : public QObject {
             clickIn(dialog->findChild<QAbstractButton*>("eje"));  // and stops
             clickIn(dialog->findChild<QWidget*>("aceptar"));
         });
-        QTimer::singleShot(0, &s_->window, [&] { s_->type("txtD", "7"); });
+        atTheFirstLook([&] { s_->type("txtD", "7"); });
         s_->press("Ejecutar");
         QCOMPARE(shown, QString("7"));
     }
@@ -128,7 +140,7 @@ class RunInputTest : public QObject {
     void f9WithoutAChoiceIsForTheSelectedRow() {
         s_->load(0, QByteArray::fromHex("C30000"));
         s_->listing()->setFocus();
-        QTimer::singleShot(10, &s_->window, [this] { key(Qt::Key_F9); });
+        atTheFirstLook([this] { key(Qt::Key_F9); });
         key(Qt::Key_J, Qt::AltModifier);  // until it arrives at the breakpoint
         QCOMPARE(breakpoints(), QList{0});
     }
@@ -194,7 +206,7 @@ class RunInputTest : public QObject {
     void theRepeatsOfAStopDoNotStep() {
         loadCounter();
         int atTheStop = -1;
-        QTimer::singleShot(10, &s_->window, [&] {
+        atTheFirstLook([&] {
             QTest::keyPress(s_->window.windowHandle(), Qt::Key_P, Qt::AltModifier);
             QVERIFY(!s_->running());
             atTheStop = s_->machine().BC * 2 + s_->machine().PC;
@@ -216,7 +228,7 @@ class RunInputTest : public QObject {
         const auto keyP = [this](bool press) {
             QTest::simulateEvent(s_->window.windowHandle(), press, Qt::Key_P, Qt::AltModifier, {}, false);
         };
-        QTimer::singleShot(10, &s_->window, [&] {
+        atTheFirstLook([&] {
             keyP(true);
             QVERIFY(!s_->running());
             atTheStop = s_->machine().BC * 2 + s_->machine().PC;
@@ -292,7 +304,7 @@ class RunInputTest : public QObject {
         QVERIFY(listingHasFocus());
         key(Qt::Key_P, Qt::AltModifier);
         s_->button("Rst75")->setFocus();
-        QTimer::singleShot(10, &s_->window, [this] {
+        atTheFirstLook([this] {
             QVERIFY(listingHasFocus());
             key(Qt::Key_P, Qt::AltModifier);
         });
@@ -304,7 +316,7 @@ class RunInputTest : public QObject {
     void aStartHandsTheFocusOfTheStepToTheListing() {
         loadCounter();
         s_->button("Eje_paso")->setFocus();
-        QTimer::singleShot(10, &s_->window, [this] {
+        atTheFirstLook([this] {
             QVERIFY(s_->running());
             QVERIFY(listingHasFocus());
             key(Qt::Key_P, Qt::AltModifier);

@@ -1,7 +1,9 @@
 // The window of the trace: what it shows, its keys, its mouse, clearing and closing.
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -294,6 +296,19 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         record(1);
         QCOMPARE(lista_->rowCount(), std::uint64_t{2});
         QCOMPARE(lista_->cells(0)[0], std::string());
+    }
+
+    void toolsPressNothingBehindAModalWindow() {
+        QVERIFY(showActive(window_.get()));
+        record(3);
+        QDialog question;
+        question.setModal(true);
+        question.show();
+        window_->findChild<QAction*>("borrar")->trigger();
+        QCOMPARE(lista_->rowCount(), std::uint64_t{4});
+        question.hide();
+        window_->findChild<QAction*>("borrar")->trigger();
+        QCOMPARE(lista_->rowCount(), std::uint64_t{0});
     }
 
     void closesAnEmptyListWithoutAQuestion() {
