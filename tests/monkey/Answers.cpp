@@ -121,7 +121,10 @@ void Answers::playWithHalt(QWidget* halt) {
         case 1: hand_.fill(halt->findChild<QLineEdit*>(QStringLiteral("txtVec")), hand_.someText()); break;
         case 2: hand_.clickOn(halt, QStringLiteral("eje")); break;
         case 3: hand_.clickOn(halt, QStringLiteral("aceptar")); break;
-        default: hand_.clickOn(halt, QStringLiteral("opt%1").arg(chance_.below(static_cast<int>(Halt::waysOut.size())))); break;
+        default:
+            hand_.clickOn(halt,
+                          QStringLiteral("opt%1").arg(chance_.below(static_cast<int>(Halt::waysOut.size()))));
+            break;
     }
 }
 
