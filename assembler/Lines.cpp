@@ -20,8 +20,9 @@ std::size_t skipOrdinary(std::string_view text, std::size_t position) {
     if (position < near) return position;
     for (; text.size() - position >= together; position += together) {
         unsigned found = 0;
-        for (std::size_t i = 0; i < together; ++i)
+        for (std::size_t i = 0; i < together; ++i) {
             found |= static_cast<unsigned>(mayEndLine(text[position + i]));
+        }
         if (found != 0) break;
     }
     while (position < text.size() && !mayEndLine(text[position])) ++position;

@@ -55,6 +55,37 @@ def breaks_and_halts(p, examples):
     p.find("Ejecutar", "push button")
 
 
+def goes_back(p, examples):
+    def check_place(told, program_counter, sum_in_memory):
+        p.find(told)
+        check("PC", lambda: p.text("Contador de programa PC"), program_counter)
+        check("(2000)", lambda: p.cell("Contenido de la memoria", 0x200, 0), f"2000: {sum_in_memory}")
+
+    p.load(os.path.join(examples, "01-suma.HEX"))
+    for _ in range(5):
+        key("alt+p")
+    check("(2000)", lambda: p.cell("Contenido de la memoria", 0x200, 0), "2000: 3F")
+    key("F7")
+    check_place("Deshecho: STA 2000", "0008", "00")
+    key("F7")
+    check_place("Deshecho: ADD B", "0007", "00")
+    for _ in range(2):
+        key("alt+p")
+    p.type_into("Dirección de memoria", "2000")
+    key("shift+F7")
+    check_place("Atrás, antes de la última escritura en 2000", "0008", "00")
+    p.click(p.row("0003"))
+    key("F9")
+    key("shift+F5")
+    check_place("Atrás, en el punto de ruptura de 0003", "0003", "00")
+    key("alt+p")
+    check("PC", lambda: p.text("Contador de programa PC"), "0004")
+    key("alt+h")
+    key("i")  # "Al principio": the load is undone as well
+    check_place("Al principio del historial", "0000", "00")
+    check("the first row", lambda: p.rows()[0][:8], "0000 00 ")
+
+
 def counts_pulses_in_a_run(p, examples):
     p.load(os.path.join(examples, "14-interrupcion.HEX"))
     p.click("Ejecutar")
@@ -155,6 +186,7 @@ def halts_again_at_once(p, _examples):
 SCENES = [
     steps_through_the_sum,
     breaks_and_halts,
+    goes_back,
     counts_pulses_in_a_run,
     edits,
     refuses_a_bad_file,

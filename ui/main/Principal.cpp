@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QLabel>
 #include <QScopeGuard>
 #include <exception>
 #include <new>
@@ -45,13 +46,16 @@ QString Principal::errorText(const RuntimeError& error) {
                : QStringLiteral("Error 9: subíndice fuera del intervalo");
 }
 
-/// The mnemonic table and the grids' headers are constant data.
+/// The mnemonic table and the grids' headers are constant data. The first reset is not the user's, who cannot
+/// undo it.
 void Principal::Form_Load() {
     setWindowTitle(applicationTitle());
     llenagrd();
     memory_->showSelectedCell();
     ports_->showSelectedCell();
     Reset_Click();
+    simulation_.clearTrace();
+    allowWaysBack();
 }
 
 void Principal::llenagrd() {
@@ -226,6 +230,7 @@ void Principal::bringUpToDate() {
     stack_->regenpila();
     showWritten();
     allowWaysBack();
+    if (!state_->text().isEmpty()) state_->clear();  // what it says is over
     unfinished.dismiss();
 }
 

@@ -46,8 +46,10 @@ class ClockPace final : public RunPace {
     }
 
   private:
-    /// Some ten microseconds' worth: the next look is late by no more.
-    static constexpr std::int64_t instructionsPerReading = 4096;
+    /// Some ten microseconds' worth: the next look is late by no more, but where instructions have to be
+    /// executed one by one. A prime, so that a program's loop is seen, and stopped, at any place of it: with
+    /// 4096 a loop of 256 instructions would always be at the same one.
+    static constexpr std::int64_t instructionsPerReading = 4093;
 
     Clock::time_point lastLook_{};
     Clock::time_point nextFrame_{};

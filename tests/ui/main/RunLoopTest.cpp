@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <numeric>
 
 #include "machine/RuntimeError.h"
 #include "tests/ui/main/ListedPace.h"
@@ -280,6 +281,12 @@ class RunLoopTest : public QObject {
         QCOMPARE(dueAt(pace, 590), Due::nothing);
         QCOMPARE(dueAt(pace, 600), Due::events);
         QCOMPARE(dueAt(pace, 849), Due::nothing);
+    }
+
+    /// Else a loop as long as that would be looked at in the same place at all times.
+    void noLoopGoesIntoASlice() {
+        for (std::int64_t loop = 2; loop < 4000; ++loop)
+            QCOMPARE(std::gcd(ClockPace().slice(), loop), std::int64_t{1});
     }
 
     void framesCountFromWhenTheyWereDue() {

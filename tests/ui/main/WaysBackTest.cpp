@@ -97,6 +97,25 @@ class WaysBackTest : public QObject {
         QCOMPARE(traceRows(), std::uint64_t{4});
     }
 
+    void nothingIsThereToUndoAtFirst() {
+        QVERIFY(!allowed());
+        QVERIFY(s_->machine().intState.M55);
+        steps(1);
+        QVERIFY(allowed());
+        stepBack();
+        QVERIFY(!allowed());
+        QVERIFY(s_->machine().intState.M55);
+    }
+
+    void whatWasUndoneIsToldUntilSomethingElseHappens() {
+        loadProgram();
+        steps(2);
+        stepBack();
+        QCOMPARE(told(), QString("Deshecho: STA 2000"));
+        steps(1);
+        QCOMPARE(told(), QString());
+    }
+
     void notBehindAModalWindow() {
         loadProgram();
         steps(1);
