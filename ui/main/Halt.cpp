@@ -133,7 +133,10 @@ QPoint Halt::firstPlace(const QRect& listing, const QList<QRect>& readable) cons
         std::min({over.left(), over.right() + 1 - whole.width(), available.right() + 1 - whole.width()});
     const int top = std::min(over.bottom(), available.bottom()) + 1 - whole.height();
     const QPoint wanted(std::max(left, available.left()), std::max(top, available.top()));
-    return freePlace({wanted, whole}, available, readable);
+    // The frame is not known yet: under X11 what lies within it comes to this place, and the frame beyond.
+    const QPoint beyond = owner->geometry().topLeft() - owner->frameGeometry().topLeft();
+    const QSize both = whole + QSize(beyond.x(), beyond.y());
+    return freePlace({wanted - beyond, both}, available, readable) + beyond;
 }
 
 void Halt::ask(const QRect& listing, const QList<QRect>& readable) {

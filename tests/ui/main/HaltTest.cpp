@@ -407,7 +407,9 @@ class HaltTest : public QObject {
             const QRect dialog = s_->halt()->frameGeometry();
             QVERIFY(s_->window.screen()->availableGeometry().contains(dialog));
             const QStringList covered = coveredBy(dialog);
-            QVERIFY2(covered.isEmpty() || !hasRoom(dialog.size()), qPrintable(covered.join(' ')));
+            // Where the frame comes to lie is up to the window manager: there must be room for it twice.
+            const QSize frame = dialog.size() - s_->halt()->size();
+            QVERIFY2(covered.isEmpty() || !hasRoom(dialog.size() + frame), qPrintable(covered.join(' ')));
             clickIn(aceptar());
         });
         pressKey(&s_->window, Qt::Key_P, Qt::AltModifier);
