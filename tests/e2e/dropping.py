@@ -4,6 +4,7 @@ Usage: dropping.py program drag-source
 """
 
 import os
+import select
 import subprocess
 import sys
 import time
@@ -25,8 +26,12 @@ def put(folder, name, text):
     return path
 
 
-def expect(process, word):
-    said = process.stdout.readline().strip()
+def expect(process, word, meanwhile=None):
+    """Waits for what the program says, and does something every few seconds meanwhile."""
+    while not select.select([process.stdout], [], [], 3)[0]:
+        if meanwhile:
+            meanwhile()
+    said = process.stdout.readline().decode().strip()
     if said != word:
         raise Failure(f"the drag is {said!r}, expected {word!r}")
 
@@ -39,7 +44,7 @@ def dragged(source, files, control, expected):
     target = (box.x + box.width // 2, box.y + box.height // 2)
     width, height = map(int, xdotool("getdisplaygeometry"))
     start = (width - 20, height - 20)
-    with subprocess.Popen([source, *files], stdout=subprocess.PIPE, text=True) as process:
+    with subprocess.Popen([source, *files], stdout=subprocess.PIPE, bufsize=0) as process:
         try:
             expect(process, "ready")
             xdotool("mousemove", *start, "mousedown", 1, "mousemove", start[0] - 3, start[1] - 3)
@@ -49,9 +54,10 @@ def dragged(source, files, control, expected):
             if expected == "refused":
                 time.sleep(0.5)  # what is not allowed is not told
             else:
-                expect(process, "allowed")
+                # What is dragged may have been asked for in vain: then only coming once more helps.
+                expect(process, "allowed", lambda: xdotool("mousemove", *start, "mousemove", *target))
             xdotool("mouseup", 1)
-            end = process.stdout.readline().strip()
+            end = process.stdout.readline().decode().strip()
             if end != expected:
                 raise Failure(f"{files} on {control.name!r}: {end}, expected {expected}")
             yield
