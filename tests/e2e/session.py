@@ -51,8 +51,9 @@ TOLD = (
     "get_properties",
 )
 NewClient = CFUNCTYPE(c_int, c_void_p, c_void_p, POINTER(c_ulong), POINTER(c_void_p), c_void_p)
-Trusts = CFUNCTYPE(c_int, c_char_p)
-Broken = CFUNCTYPE(None, c_void_p)
+# The libraries keep the first of these they are given, for whatever session comes later.
+trusts = CFUNCTYPE(c_int, c_char_p)(lambda _: 1)
+broken = CFUNCTYPE(None, c_void_p)(lambda _: None)  # a program has gone; libICE would end this one, too
 
 
 class SessionManager:
@@ -67,17 +68,15 @@ class SessionManager:
         self.connections = []
         self.told = [Told(self._noting(name)) for name in TOLD]
         self.new_client = NewClient(self._new_client)
-        self.trusts = Trusts(lambda _: 1)
-        self.broken = Broken(lambda _: None)  # a program that has gone; libICE would end this one, too
-        ice.IceSetIOErrorHandler(self.broken)
+        ice.IceSetIOErrorHandler(broken)
         self.listeners, self.count, error = c_void_p(), c_int(), ctypes.create_string_buffer(256)
-        if not sm.SmsInitialize(b"test", b"1", self.new_client, None, self.trusts, 256, error):
+        if not sm.SmsInitialize(b"test", b"1", self.new_client, None, trusts, 256, error):
             raise RuntimeError(error.value)
         if not ice.IceListenForConnections(byref(self.count), byref(self.listeners), 256, error):
             raise RuntimeError(error.value)
         self.sockets = [c_void_p.from_address(self.listeners.value + 8 * i).value for i in range(self.count.value)]
         for socket in self.sockets:
-            ice.IceSetHostBasedAuthProc(socket, ctypes.cast(self.trusts, c_void_p))
+            ice.IceSetHostBasedAuthProc(socket, ctypes.cast(trusts, c_void_p))
         self.address = ice.IceComposeNetworkIdList(self.count, self.listeners).decode()
 
     def __enter__(self):
