@@ -7,13 +7,13 @@
 #include <utility>
 
 #include "assembler/HexWriter.h"
-#include "assembler/Lines.h"
 #include "assembler/Messages.h"
 #include "assembler/OpcodeTable.h"
 #include "assembler/PaneText.h"
 #include "assembler/Passes.h"
 #include "assembler/SourceText.h"
 #include "files/File.h"
+#include "text/Lines.h"
 
 namespace tavinor {
 

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "assembler/AssemblyObserver.h"
-#include "assembler/ImageBuffer.h"
 #include "assembler/OpcodeSources.h"
 #include "assembler/SymbolTable.h"
-#include "assembler/TextEncoding.h"
+#include "images/HexRecord.h"
+#include "text/TextEncoding.h"
 
 namespace tavinor {
 

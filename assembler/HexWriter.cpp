@@ -1,23 +1,26 @@
 #include "assembler/HexWriter.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "assembler/Messages.h"
 #include "files/ReplacedFile.h"
-#include "machine/HexText.h"
+#include "images/HexRecord.h"
 
 namespace tavinor {
 
 namespace {
 
 constexpr std::int32_t bytesPerRecord = 16;
-constexpr std::string_view endRecord = ":00000001FF";
+constexpr RecordHeader endRecord{.type = RecordHeader::endOfFile};
 
-/// A record's bytes: the digits, the count that it claims, and the sum of its bytes.
+/// The bytes of the record at `address`, and the count that it claims.
 struct RecordData {
-    std::string digits;
+    std::array<std::uint8_t, bytesPerRecord> bytes{};
+    std::size_t size = 0;
     std::int32_t count = 0;
-    std::int32_t sum = 0;
 };
 
 RecordData collect(const ImageBuffer& image, std::int32_t address) {
@@ -26,21 +29,9 @@ RecordData collect(const ImageBuffer& image, std::int32_t address) {
         const auto cell = static_cast<std::size_t>(address + data.count);
         if (cell >= image.size()) continue;  // the count runs on past FFFF
         if (image[cell] == noByte) break;
-        data.sum += image[cell];
-        data.digits += hexa(image[cell], 2);
+        data.bytes[data.size++] = static_cast<std::uint8_t>(image[cell]);
     }
     return data;
-}
-
-void appendRecord(std::string& records, std::int32_t address, const RecordData& data) {
-    const std::int32_t sum = data.sum + data.count + address % 256 + address / 256;
-    records += ':';
-    records += hexa(data.count, 2);
-    records += hexa(address, 4);
-    records += "00";
-    records += data.digits;
-    records += hexa((256 - sum % 256) % 256, 2);
-    records += lineEnd;
 }
 
 }  // namespace
@@ -53,10 +44,12 @@ std::string hexRecords(const ImageBuffer& image) {
             continue;
         }
         const RecordData data = collect(image, address);
-        appendRecord(records, address, data);
+        records +=
+            recordText({.count = data.count, .address = address}, std::span(data.bytes).first(data.size));
+        records += lineEnd;
         address += data.count;
     }
-    records += endRecord;
+    records += recordText(endRecord, {});
     records += lineEnd;
     return records;
 }

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "assembler/ImageBuffer.h"
 #include "assembler/PaneText.h"
+#include "images/HexRecord.h"
 
 namespace tavinor {
 

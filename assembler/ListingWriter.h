@@ -7,7 +7,7 @@
 
 #include "assembler/PaneText.h"
 #include "assembler/SymbolTable.h"
-#include "assembler/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 namespace tavinor {
 

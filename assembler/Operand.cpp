@@ -1,7 +1,7 @@
 #include "assembler/Operand.h"
 
-#include "assembler/Blanks.h"
 #include "assembler/TermSum.h"
+#include "text/Characters.h"
 
 namespace tavinor {
 

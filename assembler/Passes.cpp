@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <limits>
 
-#include "assembler/Blanks.h"
 #include "assembler/ListingWriter.h"
 #include "assembler/Messages.h"
 #include "assembler/Operand.h"
 #include "assembler/StatementSplitter.h"
 #include "machine/HexText.h"
+#include "text/Characters.h"
 
 namespace tavinor {
 

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "assembler/ErrorReport.h"
-#include "assembler/ImageBuffer.h"
 #include "assembler/NumberLiteral.h"
 #include "assembler/OpcodeTable.h"
 #include "assembler/PaneText.h"
 #include "assembler/SourceText.h"
 #include "assembler/SymbolTable.h"
+#include "images/HexRecord.h"
 
 namespace tavinor {
 

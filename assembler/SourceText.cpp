@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "assembler/Lines.h"
-#include "assembler/UpperCase.h"
+#include "text/Characters.h"
+#include "text/Lines.h"
 
 namespace tavinor {
 

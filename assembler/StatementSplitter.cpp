@@ -1,7 +1,7 @@
 #include "assembler/StatementSplitter.h"
 
-#include "assembler/Blanks.h"
 #include "assembler/Messages.h"
+#include "text/Characters.h"
 
 namespace tavinor {
 

@@ -6,8 +6,8 @@
 #include <limits>
 #include <string_view>
 
-#include "assembler/Blanks.h"
 #include "assembler/NumberLiteral.h"
+#include "text/Characters.h"
 
 namespace tavinor::detail {
 

@@ -4,35 +4,17 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <span>
 #include <string_view>
 
+#include "images/HexRecord.h"
 #include "images/RecordReader.h"
-#include "machine/HexText.h"
 
 namespace tavinor {
 
 namespace {
 
-constexpr int dataRecord = 0;
-constexpr int endOfFileRecord = 1;
-constexpr std::size_t headerLength = 8;  // count, address and type, behind the colon
-constexpr std::size_t checksumLength = 2;
-constexpr std::size_t maximumCount = 255;
-
 constexpr std::string_view noEndReason = "No hay código de fin.";
-
-/// The part of `text` that the field has left of it, however short the line.
-std::string_view field(std::string_view text, std::size_t position, std::size_t length) {
-    return position < text.size() ? text.substr(position, length) : std::string_view{};
-}
-
-std::int32_t dataByte(std::string_view data, std::int32_t index) {
-    return dec(field(data, static_cast<std::size_t>(index) * 2, 2));
-}
-
-bool sumsToZero(std::int32_t sum) {
-    return (sum & 255) == 0;
-}
 
 std::string reasonText(RecordCode code) {
     switch (code) {
@@ -86,24 +68,23 @@ LoadResult loadRecords(const std::filesystem::path& path, MachineState& m, Break
 RecordCode extlinfic(std::string& cad, MachineState& m, Host& host) {
     if (!cad.starts_with(':')) return RecordCode::formatError;
     cad.erase(0, 1);
-    const std::int32_t count = dec(field(cad, 0, 2));
-    const std::int32_t address = dec(field(cad, 2, 4));
-    const std::int32_t type = dec(field(cad, 6, 2));
-    const std::size_t tail = cad.size() < checksumLength ? 0 : cad.size() - checksumLength;
-    const std::int32_t checksum = dec(field(cad, tail, checksumLength));
-    std::int32_t sum = count + address / 256 + address % 256 + type;
-    cad.erase(0, headerLength);
+    const RecordHeader header = recordHeader(cad);
+    const std::size_t tail = cad.size() < record::checksumLength ? 0 : cad.size() - record::checksumLength;
+    const std::int32_t checksum = recordByte(cad, tail);
+    std::int32_t sum = header.sum();
+    cad.erase(0, record::headerLength);
 
-    if (type == endOfFileRecord) {
+    if (header.type == RecordHeader::endOfFile) {
         return sumsToZero(sum + checksum) ? RecordCode::endRecord : RecordCode::badChecksum;
     }
-    if (type != dataRecord) return RecordCode::formatError;
+    if (header.type != RecordHeader::data) return RecordCode::formatError;
 
-    if (cad.size() < checksumLength) throw RuntimeError(RuntimeError::Number::subscript);
-    cad.resize(cad.size() - checksumLength);
-    std::array<std::int32_t, maximumCount> data{};
-    for (std::int32_t i = 0; i < count; ++i) sum += data[static_cast<std::size_t>(i)] = dataByte(cad, i);
-    for (std::int32_t i = 0; i < count; ++i) host.savmem(address + i, data[static_cast<std::size_t>(i)]);
+    if (cad.size() < record::checksumLength) throw RuntimeError(RuntimeError::Number::subscript);
+    cad.resize(cad.size() - record::checksumLength);
+    std::array<std::int32_t, record::maximumCount> bytes{};
+    const auto data = std::span(bytes).first(static_cast<std::size_t>(header.count));
+    for (std::size_t i = 0; i < data.size(); ++i) sum += data[i] = recordByte(cad, 2 * i);
+    for (std::int32_t address = header.address; const std::int32_t byte : data) host.savmem(address++, byte);
     m.synmem();
     return sumsToZero(sum + checksum) ? RecordCode::stored : RecordCode::badChecksum;
 }

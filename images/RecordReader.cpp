@@ -4,6 +4,8 @@
 #include <ios>
 #include <system_error>
 
+#include "images/HexRecord.h"
+
 namespace tavinor {
 
 namespace {
@@ -24,15 +26,15 @@ class TrimmedLine {
     }
 
     [[nodiscard]] std::string text() const {
-        if (length_ <= RecordReader::maximumLength) return head_;
-        std::string kept = head_.substr(0, RecordReader::maximumLength - 2);
+        if (length_ <= record::maximumLength) return head_;
+        std::string kept = head_.substr(0, record::maximumLength - 2);
         return kept + beforeLast_ + last_;
     }
 
   private:
     /// There may be as many of them as a file holds.
     void appendBlanks() {
-        const std::size_t needed = std::min(pendingBlanks_, RecordReader::maximumLength);
+        const std::size_t needed = std::min(pendingBlanks_, record::maximumLength);
         length_ += pendingBlanks_ - needed;
         for (std::size_t i = 0; i < needed; ++i) append(' ');
         pendingBlanks_ = 0;
@@ -40,7 +42,7 @@ class TrimmedLine {
 
     void append(char c) {
         ++length_;
-        if (head_.size() < RecordReader::maximumLength) head_ += c;
+        if (head_.size() < record::maximumLength) head_ += c;
         beforeLast_ = last_;
         last_ = c;
     }

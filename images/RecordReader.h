@@ -15,13 +15,10 @@ namespace tavinor {
 /// Reads the lines of a HEX file, one after the other, without the blanks around them. Lines end in CR LF, LF
 /// or CR; the last one needs no end.
 ///
-/// A record never needs more than `maximumLength` characters from the start of its line and the last two of
-/// it, so of a longer line only these are kept: a file without a line end costs no memory.
+/// A record never needs more than `record::maximumLength` characters from the start of its line and the last
+/// two of it, so of a longer line only these are kept: a file without a line end costs no memory.
 class RecordReader {
   public:
-    /// Colon, count, address and type, 255 data bytes and the checksum.
-    static constexpr std::size_t maximumLength = 1 + 2 + 4 + 2 + 2 * 255 + 2;
-
     /// @throws std::ios_base::failure when `path` cannot be opened or is no regular file.
     RecordReader(const std::filesystem::path& path, WorkObserver& observer);
 

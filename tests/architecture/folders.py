@@ -19,15 +19,16 @@ class Folder:
 
 FOLDERS = {
     "files": Folder(core=True),
+    "text": Folder(core=True),
     "machine": Folder(core=True),
     "history": Folder(includes=("machine",), core=True),
     "images": Folder(includes=("files", "machine"), core=True),
     "trace": Folder(includes=("files", "history", "machine"), core=True),
     "simulation": Folder(includes=("files", "history", "images", "machine", "trace"), core=True),
-    "assembler": Folder(includes=("files", "machine"), core=True),
+    "assembler": Folder(includes=("files", "images", "machine", "text"), core=True),
     "ui/common": Folder(includes=("files", "machine")),
     "ui/trace": Folder(includes=("simulation", "trace", "ui/common"), face=("Listapasos.h",)),
-    "ui/editor": Folder(includes=("assembler", "files", "ui/common"), face=("Editor.h",)),
+    "ui/editor": Folder(includes=("files", "text", "ui/common"), face=("Editor.h",)),
     "assembler/window": Folder(includes=("assembler", "ui/common"), face=("Ensamblador.h",)),
     "ui/main": Folder(
         includes=(

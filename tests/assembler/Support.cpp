@@ -4,8 +4,8 @@
 #include <iterator>
 #include <random>
 
-#include "assembler/Lines.h"
 #include "machine/HexText.h"
+#include "text/Lines.h"
 
 namespace tavinor::test {
 

@@ -8,10 +8,10 @@
 
 #include "assembler/Ensambla.h"
 #include "assembler/HexWriter.h"
-#include "assembler/Lines.h"
-#include "assembler/TextEncoding.h"
 #include "images/HexLoader.h"
 #include "tests/fuzz/FuzzSupport.h"
+#include "text/Lines.h"
+#include "text/TextEncoding.h"
 
 namespace {
 

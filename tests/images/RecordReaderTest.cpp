@@ -1,3 +1,4 @@
+#include "images/HexRecord.h"
 #include "images/RecordReader.h"
 
 #include <gtest/gtest.h>
@@ -53,19 +54,19 @@ TEST(RecordReader, KeepsNulBytesAndBytesAbove127) {
 
 TEST(RecordReader, KeepsALineOfTheGreatestLengthWhole) {
     std::string line;
-    for (std::size_t i = 0; i < RecordReader::maximumLength; ++i) line += static_cast<char>('a' + i % 26);
+    for (std::size_t i = 0; i < record::maximumLength; ++i) line += static_cast<char>('a' + i % 26);
     EXPECT_EQ(linesOf(line), (Lines{line}));
 }
 
 TEST(RecordReader, KeepsStartAndLastTwoCharactersOfALongerLine) {
-    const std::string start(RecordReader::maximumLength - 2, 'x');
+    const std::string start(record::maximumLength - 2, 'x');
     EXPECT_EQ(linesOf(start + "1yz"), (Lines{start + "yz"}));
     EXPECT_EQ(linesOf(start + std::string(100'000, '1') + " y z  \n"), (Lines{start + " z"}));
 }
 
 TEST(RecordReader, KeepsOfManyBlanksInALineWhatCounts) {
     const std::string blanks(1'000'000, ' ');
-    const std::string start = "a" + blanks.substr(0, RecordReader::maximumLength - 3);
+    const std::string start = "a" + blanks.substr(0, record::maximumLength - 3);
     EXPECT_EQ(linesOf("a" + blanks + "yz"), (Lines{start + "yz"}));
     EXPECT_EQ(linesOf("a" + blanks + "z"), (Lines{start + " z"}));
     EXPECT_EQ(linesOf(blanks + "a b" + blanks), (Lines{"a b"}));

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "assembler/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 namespace tavinor {
 

@@ -1,6 +1,6 @@
 #include "ui/editor/Search.h"
 
-#include "assembler/UpperCase.h"
+#include "text/Characters.h"
 
 namespace tavinor {
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <string>
 
-#include "assembler/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 namespace tavinor {
 

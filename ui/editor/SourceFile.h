@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "assembler/TextEncoding.h"
 #include "files/WorkObserver.h"
+#include "text/TextEncoding.h"
 
 /// Source files on disk: how their bytes become Qt's text and go back. The encodings themselves are
 /// the assembler's.

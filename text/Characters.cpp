@@ -1,4 +1,4 @@
-#include "assembler/UpperCase.h"
+#include "text/Characters.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <iterator>
 
-#include "assembler/Utf8.h"
+#include "text/Utf.h"
 
 namespace tavinor {
 
@@ -86,6 +86,16 @@ void upperCase(std::string& text, std::size_t from) {
         std::copy_n(capital.begin(), c.length, text.begin() + static_cast<std::ptrdiff_t>(i));
         i += std::max<std::size_t>(c.length, 1);
     }
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+void removeBlanks(std::string& text) {
+    std::erase(text, ' ');
 }
 
 }  // namespace tavinor

@@ -5,11 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "assembler/Lines.h"
-#include "assembler/TextEncoding.h"
-#include "assembler/UpperCase.h"
-#include "assembler/Utf16.h"
-#include "assembler/Utf8.h"
+#include "text/Characters.h"
+#include "text/Lines.h"
+#include "text/TextEncoding.h"
+#include "text/Utf.h"
 
 namespace tavinor {
 

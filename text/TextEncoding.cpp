@@ -1,4 +1,4 @@
-#include "assembler/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "assembler/Utf16.h"
-#include "assembler/Utf8.h"
+#include "text/Utf.h"
 
 namespace tavinor {
 
@@ -80,15 +79,6 @@ std::optional<DecodedText> decodeUtf16(std::string_view bytes) {
 }
 
 }  // namespace
-
-bool isUtf8(std::string_view bytes) {
-    for (std::size_t i = skipAscii(bytes, 0); i < bytes.size(); i = skipAscii(bytes, i)) {
-        const std::size_t length = utf8At(bytes, i).length;
-        if (length == 0) return false;
-        i += length;
-    }
-    return true;
-}
 
 bool hasUtf16Mark(std::string_view bytes) {
     return bytes.starts_with(littleEndianMark) || bytes.starts_with(bigEndianMark);

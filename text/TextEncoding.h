@@ -21,9 +21,6 @@ struct DecodedText {
     TextEncoding encoding = TextEncoding::utf8;
 };
 
-/// Whether `bytes` are well-formed UTF-8 (no overlong forms, no surrogates, nothing past 10FFFF).
-bool isUtf8(std::string_view bytes);
-
 /// Whether `bytes` begin with the byte-order mark of UTF-16. They need not be well-formed.
 bool hasUtf16Mark(std::string_view bytes);
 

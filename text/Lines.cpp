@@ -1,4 +1,4 @@
-#include "assembler/Lines.h"
+#include "text/Lines.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
+/// The forms of Unicode that files have. Inside the program every text is UTF-8.
 namespace tavinor {
 
 /// One character of a UTF-8 text and the bytes it takes; no bytes where the text is malformed.
@@ -20,5 +22,16 @@ void appendUtf8(std::string& text, char32_t character);
 
 /// Where the first byte outside ASCII stands at or after `position`, or the size of `text`.
 std::size_t skipAscii(std::string_view text, std::size_t position);
+
+/// Whether `bytes` are well-formed UTF-8 (no overlong forms, no surrogates, nothing past 10FFFF).
+bool isUtf8(std::string_view bytes);
+
+enum class ByteOrder : std::uint8_t { littleEndian, bigEndian };
+
+/// The UTF-8 text of UTF-16 bytes; nothing where they are malformed (half a unit, half a surrogate pair).
+std::optional<std::string> utf16ToUtf8(std::string_view bytes, ByteOrder order);
+
+/// The UTF-16 bytes of UTF-8 `text`. What is malformed in it becomes U+FFFD.
+std::string utf8ToUtf16(std::string_view text, ByteOrder order);
 
 }  // namespace tavinor
