@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QTableView>
+#include <array>
 
 #include "ui/common/HexBox.h"
 #include "ui/common/HexString.h"
@@ -151,11 +152,13 @@ QString Inspector::memory() const {
     if (gridMayDiffer_) return {};
     const QAbstractItemModel* cells = control<QTableView>(&principal_, "grdmem")->model();
     const auto& memory = principal_.machine().mem;
+    std::array<QString, 256> texts;
+    for (std::size_t byte = 0; byte < texts.size(); ++byte)
+        texts[byte] = hexString(static_cast<int>(byte), 2);
     for (int address = 0; address < memorySize; ++address) {
         const QString shown = cells->index(address / 16, address % 16).data().toString();
-        const QString complaint = differs("cell " + hexString(address, 4), shown,
-                                          hexString(memory[static_cast<std::size_t>(address)], 2));
-        if (!complaint.isEmpty()) return complaint;
+        const QString& expected = texts[memory[static_cast<std::size_t>(address)]];
+        if (shown != expected) return differs("cell " + hexString(address, 4), shown, expected);
     }
     return {};
 }

@@ -6,6 +6,7 @@
 #include <QScopedValueRollback>
 #include <QThread>
 #include <QTimer>
+#include <limits>
 
 #include "ui/common/HexBox.h"
 #include "ui/trace/Listapasos.h"
@@ -16,7 +17,7 @@ namespace {
 
 constexpr int mostStepsInRun = 12;
 constexpr int mostStepsInMenu = 6;
-constexpr int stepsBetweenMemoryChecks = 50;
+constexpr int stepsBetweenLongChecks = 50;
 
 const QEvent::Type pulseType = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -30,11 +31,20 @@ QWidget* principalControl(Principal& principal, const QString& name) {
 /// A look at the events after each instruction, so that a game can be played again, and now and then a frame.
 class EachInstruction final : public RunPace {
   public:
-    [[nodiscard]] std::int64_t slice() override { return 1; }
-    [[nodiscard]] Due due() override { return ++looks_ % looksPerFrame == 0 ? Due::frame : Due::events; }
+    explicit EachInstruction(const std::unique_ptr<BoxTrace>& boxTrace) : boxTrace_(boxTrace) {}
+
+    [[nodiscard]] std::int64_t slice() override {
+        boxTrace_->instructionComes();
+        return 1;
+    }
+    [[nodiscard]] Due due() override {
+        boxTrace_->instructionDone();
+        return ++looks_ % looksPerFrame == 0 ? Due::frame : Due::events;
+    }
 
   private:
     static constexpr int looksPerFrame = 64;
+    const std::unique_ptr<BoxTrace>& boxTrace_;
     int looks_ = 0;
 };
 
@@ -48,8 +58,8 @@ Monkey::Monkey(std::uint64_t seed, int steps) : diary_(seed, steps), chance_(see
 Monkey::~Monkey() = default;
 
 void Monkey::open() {
-    program_ =
-        std::make_unique<Program>(Version{1, 0, 0}, UpdateSource{}, std::make_unique<EachInstruction>());
+    program_ = std::make_unique<Program>(Version{1, 0, 0}, UpdateSource{},
+                                         std::make_unique<EachInstruction>(boxTrace_));
     program_->cabecera().findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(0);
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (auto* trace = qobject_cast<Listapasos*>(window)) trace_ = trace;
@@ -57,6 +67,7 @@ void Monkey::open() {
     // With the dialog that shows how far the saving is, or without it, whatever the clock says.
     trace_->setPatience(chance_.oneIn(2) ? std::chrono::hours(1) : std::chrono::hours(-1));
     inspector_ = std::make_unique<Inspector>(program_->principal());
+    boxTrace_ = std::make_unique<BoxTrace>(program_->principal(), *trace_);
     closed_ = ended_ = false;
     connect(&program_->principal(), &Principal::closed, this, [this] { closed_ = true; });
     connect(program_.get(), &Program::ended, this, [this] { ended_ = true; });
@@ -71,6 +82,7 @@ void Monkey::close() {
         }
     }
     inspector_.reset();
+    boxTrace_.reset();
     program_.reset();
 }
 
@@ -109,6 +121,7 @@ bool Monkey::eventFilter(QObject* watched, QEvent* event) {
         if (modal) {
             ++dialogs_;
             answers_.noteShown(window);
+            boxTrace_->windowShown(window);
         }
         if (modal || window->windowType() == Qt::Popup) postPulse();
     }
@@ -168,6 +181,7 @@ bool Monkey::instructionHasPassed() {
 
 void Monkey::step() {
     diary_.beginStep();
+    if (!ended_) inspectRows();
     const MachineState& machine = program_->principal().machine();
     digest_ = (digest_ * 31 + static_cast<unsigned>(machine.PC)) * 31 + static_cast<unsigned>(machine.PSW);
     QWidget* modal = QApplication::activeModalWidget();
@@ -219,7 +233,15 @@ void Monkey::stepAtRest() {
 
 void Monkey::inspect() {
     complain(inspector_->whenIdle());
-    if (diary_.step() % stepsBetweenMemoryChecks == 0) complain(inspector_->memory());
+    if (diary_.step() % stepsBetweenLongChecks == 0) complain(inspector_->memory());
+}
+
+/// Also while a dialog is open, that of a HLT too.
+void Monkey::inspectRows() {
+    constexpr std::uint64_t newest = 12;
+    constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+    boxTrace_->stepBegins();
+    complain(boxTrace_->difference(diary_.step() % stepsBetweenLongChecks == 0 ? all : newest));
 }
 
 void Monkey::complain(const QString& complaint) const {
@@ -262,6 +284,21 @@ void Monkey::useSomeWindow() {
     }
 }
 
+/// By the keys; Hand finds the menu.
+void Monkey::goBack() {
+    struct Way {
+        int weight;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+    };
+    const Way ways[] = {
+        {8, Qt::Key_F7}, {1, Qt::Key_F5, Qt::ShiftModifier}, {2, Qt::Key_F7, Qt::ShiftModifier}};
+    const Way& way = chance_.byWeight(ways);
+    for (int times = 1 + chance_.below(4); times > 0; --times) {
+        hand_.press(&program_->principal(), way.key, way.modifiers);
+    }
+}
+
 /// What a user does most, and what random clicks find too seldom.
 void Monkey::usePrincipal() {
     struct Command {
@@ -277,6 +314,8 @@ void Monkey::usePrincipal() {
     Principal& principal = program_->principal();
     if (chance_.oneIn(12)) {
         principal.resize(1180, 730);
+    } else if (chance_.oneIn(10)) {
+        goBack();
     } else if (chance_.oneIn(12)) {
         hand_.chooseFromMenus(&principal);
     } else if (QWidget* control = principalControl(principal, name)) {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "tests/monkey/Answers.h"
+#include "tests/monkey/BoxTrace.h"
 #include "tests/monkey/Chance.h"
 #include "tests/monkey/Diary.h"
 #include "tests/monkey/Hand.h"
@@ -60,9 +61,11 @@ class Monkey : public QObject {
     void stepAtRest();
     void useSomeWindow();
     void usePrincipal();
+    void goBack();
     void stopRun();
     void leaveMenu();
     void inspect();
+    void inspectRows();
     void complain(const QString& complaint) const;
     [[nodiscard]] QWidget* someWindow();
 
@@ -74,6 +77,7 @@ class Monkey : public QObject {
 
     std::unique_ptr<Program> program_;
     std::unique_ptr<Inspector> inspector_;
+    std::unique_ptr<BoxTrace> boxTrace_;
     Listapasos* trace_ = nullptr;
     bool closed_ = false;
     bool ended_ = false;
