@@ -124,7 +124,8 @@ class OutcomeTest : public QObject {
         QCOMPARE(user_->read("prog.HEX"), "antes");
         const QByteArray listing = user_->read("prog.LST");
         QVERIFY(listing.endsWith("\r\n"));
-        QCOMPARE(listing.count("NOP"), listing.count('\n') - 1);
+        // A fast machine has come to what lies outside memory by then, and says so in lines of their own.
+        QCOMPARE(listing.count("NOP"), listing.count('\n') - 1 - listing.count("==> ERROR"));
     }
 
     void leavesTheOldHexFileWhenItFails() {
