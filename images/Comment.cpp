@@ -2,6 +2,7 @@
 
 #include "machine/Flags.h"
 #include "machine/HexText.h"
+#include "machine/Instruction.h"
 
 namespace tavinor {
 
@@ -20,8 +21,9 @@ std::string restartComment(int opcode) {
 std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
     const int opcode = m.mem[asIndex(dir, memorySize)];
     const auto pc = static_cast<std::int32_t>(asIndex(m.PC, memorySize));
-    const int byteOperand = m.wrapped(pc + 1);
-    const int wordOperand = m.wrapped(pc + 2) * 256 + byteOperand;
+    const std::uint32_t behindPC = threeBytesAt(m, pc);
+    const int operand = byteOperandOf(behindPC);
+    const int address = wordOperandOf(behindPC);
     const auto shows = [shownFlags](int bit) { return (shownFlags & bit) != 0; };
 
     switch (opcode) {
@@ -72,9 +74,9 @@ std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
         case 0xFC: return shows(flag::S) ? "S=1 (-)" : "S=0 (+)";
         case 0x0A: return memoryComment(m, "BC", m.BC);
         case 0x1A: return memoryComment(m, "DE", m.DE);
-        case 0x3A: return memoryComment(m, hexa(wordOperand, 4), wordOperand);
+        case 0x3A: return memoryComment(m, hexa(address, 4), address);
         case 0xDB:  // without the "=" of memory: see behaviour.md, Images: comments
-            return "p[" + hexa(byteOperand, 2) + "]" + hexa(m.port[static_cast<std::size_t>(byteOperand)], 2);
+            return "p[" + hexa(operand, 2) + "]" + hexa(m.port[static_cast<std::size_t>(operand)], 2);
         default: return {};
     }
 }

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "machine/HexText.h"
-#include "trace/InstructionCode.h"
+#include "machine/Instruction.h"
 #include "trace/TraceText.h"
 
 namespace tavinor {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "trace/InstructionCode.h"
+#include "machine/Instruction.h"
 
 namespace tavinor {
 

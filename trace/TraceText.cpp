@@ -1,33 +1,18 @@
 #include "trace/TraceText.h"
 
-#include <cstdint>
-#include <cstring>
 #include <utility>
 
 #include "machine/Flags.h"
 #include "machine/HexText.h"
-#include "machine/MnemonicTable.h"
-#include "trace/InstructionCode.h"
+#include "machine/InstructionText.h"
 
 namespace tavinor {
 
 namespace {
 
-// Millions of rows are saved at once, so a line is put together from tables.
-
 constexpr char separator = '\t';
 
-using HexPairs = std::array<std::array<char, 2>, 256>;
 using FlagTexts = std::array<std::array<char, 5>, 256>;
-/// The text of each opcode without its placeholder.
-using Mnemonics = std::array<std::string_view, 256>;
-
-constexpr HexPairs makeHexPairs() {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    HexPairs pairs{};
-    for (std::size_t i = 0; i < pairs.size(); ++i) pairs[i] = {digits[i / 16], digits[i % 16]};
-    return pairs;
-}
 
 constexpr FlagTexts makeFlagTexts() {
     FlagTexts texts{};
@@ -35,37 +20,12 @@ constexpr FlagTexts makeFlagTexts() {
     return texts;
 }
 
-constexpr Mnemonics makeMnemonics() {
-    Mnemonics texts{};
-    for (std::size_t opcode = 0; opcode < texts.size(); ++opcode) {
-        const std::string_view entry = tabla[opcode];
-        const std::string_view placeholder =
-            instructionLength(static_cast<std::uint8_t>(opcode)) == 2 ? byteOperand : wordOperand;
-        texts[opcode] = entry.substr(0, entry.find(placeholder));
-    }
-    return texts;
-}
-
-constexpr HexPairs hexPairs = makeHexPairs();
 constexpr FlagTexts flagTexts = makeFlagTexts();
-constexpr Mnemonics mnemonics = makeMnemonics();
 
 /// Writes the cells of one row one after the other. A row without typed texts always fits.
-class Line {
+class Line : public ShortText {
   public:
-    void text(std::string_view s) {
-        std::memcpy(buffer_.data() + size_, s.data(), s.size());
-        size_ += s.size();
-    }
-    void byte(int value) {
-        const auto& pair = hexPairs[static_cast<std::size_t>(value)];
-        text({pair.data(), pair.size()});
-    }
-    void word(int value) {
-        byte(value >> 8);
-        byte(value & 255);
-    }
-    void separate() { buffer_[size_++] = separator; }
+    void separate() { character(separator); }
     /// So many cells without a text.
     void empty(std::size_t cells) {
         for (std::size_t i = 1; i < cells; ++i) separate();
@@ -76,33 +36,21 @@ class Line {
         registers(r, std::make_index_sequence<registerColumns.size()>());
     }
 
-    [[nodiscard]] std::string_view view() const { return {buffer_.data(), size_}; }
-
   private:
     template <std::size_t... columns>
     void registers(const RegisterImage& r, std::index_sequence<columns...> all);
     template <std::size_t index>
     void registerCell(const RegisterImage& r);
-
-    std::array<char, 128> buffer_;
-    std::size_t size_ = 0;
 };
 
 /// DIR, DAT and INS. DAT is as wide as its header, whatever the length.
 void Line::instruction(const TraceRow& row) {
-    constexpr std::array<std::string_view, 4> padding{"", "       ", "    ", " "};
-    const int length = instructionLength(opcodeOf(row.code));
     word(row.address);
     separate();
-    for (int i = 0; i < length; ++i) {
-        if (i > 0) text(" ");
-        byte(codeByte(row.code, i));
-    }
-    text(padding[static_cast<std::size_t>(length)]);
+    writeBytes(*this, row.code);
+    character(' ');
     separate();
-    text(mnemonics[opcodeOf(row.code)]);
-    if (length == 2) byte(codeByte(row.code, 1));
-    if (length == 3) word(wordOperandOf(row.code));
+    writeInstruction(*this, row.code);
 }
 
 template <std::size_t... columns>
