@@ -92,5 +92,14 @@ TEST_F(CommandsTest, AHistoryThatBeginsInABorrowedHaltHasTheCellsOwnByte) {
     EXPECT_EQ(simulation.machine().mem[0], 0x3E);
 }
 
+TEST_F(CommandsTest, AStepBackShowsCellsAsTheyAre) {
+    setA(0x12);
+    simulation.intr("77");  // MOV M,A: to 0000, where it is executed
+    ASSERT_EQ(simulation.shownCells().size(), 1U);
+    EXPECT_EQ(simulation.shownCells().front().byte, 0x12);
+    stepBack();
+    EXPECT_TRUE(simulation.shownCells().empty());
+}
+
 }  // namespace
 }  // namespace tavinor::test
