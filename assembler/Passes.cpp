@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "assembler/Evaluation.h"
 #include "assembler/ListingWriter.h"
 #include "assembler/Messages.h"
-#include "assembler/Operand.h"
 #include "assembler/StatementSplitter.h"
 #include "machine/HexText.h"
 #include "text/Characters.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "assembler/ErrorReport.h"
-#include "assembler/NumberLiteral.h"
+#include "assembler/Evaluation.h"
 #include "assembler/OpcodeTable.h"
 #include "assembler/PaneText.h"
 #include "assembler/SourceText.h"

@@ -17,7 +17,7 @@
 #include "assembler/window/Ensamblador.h"
 #include "benchmarks/Heartbeat.h"
 #include "benchmarks/Sources.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 
 using namespace tavinor;
 

@@ -19,7 +19,7 @@
 #include <cstdlib>
 
 #include "benchmarks/Heartbeat.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 #include "ui/editor/Editor.h"
 #include "ui/editor/SourceEdit.h"
 

@@ -21,7 +21,7 @@
 
 #include "benchmarks/IdleLoop.h"
 #include "machine/HexText.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 #include "ui/main/Principal.h"
 
 using namespace tavinor;

@@ -15,8 +15,8 @@
 
 #include "benchmarks/IdleLoop.h"
 #include "trace/TraceFile.h"
+#include "ui/common/Application.h"
 #include "ui/common/Paths.h"
-#include "ui/common/Translations.h"
 #include "ui/common/WorkProgress.h"
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"

@@ -4,8 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "assembler/NumberLiteral.h"
-#include "assembler/Operand.h"
+#include "assembler/Evaluation.h"
 
 namespace tavinor {
 

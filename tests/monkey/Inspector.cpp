@@ -6,10 +6,9 @@
 #include <array>
 
 #include "ui/common/HexBox.h"
-#include "ui/common/HexString.h"
 #include "ui/main/Halt.h"
 #include "ui/main/InterruptPanel.h"
-#include "ui/main/RequestsAllowed.h"
+#include "ui/main/ShownState.h"
 
 namespace tavinor::monkey {
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "tests/monkey/Monkey.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 
 int main(int argc, char* argv[]) {
     if (argc != 3) {

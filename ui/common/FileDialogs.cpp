@@ -12,11 +12,9 @@
 #include <QTreeView>
 #include <algorithm>
 
-#include "ui/common/FileDetails.h"
 #include "ui/common/FileDialog.h"
-#include "ui/common/FileKinds.h"
-#include "ui/common/Places.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/FileDialogContents.h"
+#include "ui/common/ScrollingContent.h"
 
 namespace tavinor {
 

@@ -12,7 +12,6 @@
 
 #include "machine/HexText.h"
 #include "ui/common/Fonts.h"
-#include "ui/common/HexString.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 

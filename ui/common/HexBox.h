@@ -4,6 +4,8 @@
 #include <QString>
 #include <optional>
 
+#include "machine/HexText.h"
+
 namespace tavinor {
 
 /// The shared check of a hexadecimal text for a box of `digits` (2 or 4) digits: leading blanks are dropped,
@@ -99,5 +101,10 @@ bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);
 /// The same where the user has typed in it; another one is left alone, because leaving may write what it
 /// shows.
 bool leaveEditedBox(const QWidget* window);
+
+/// `value` in `digits` hexadecimal digits, for a widget.
+inline QString hexString(int value, int digits) {
+    return QString::fromStdString(hexa(value, digits));
+}
 
 }  // namespace tavinor

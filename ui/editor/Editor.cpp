@@ -18,7 +18,7 @@
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/ScrollingContent.h"
 #include "ui/editor/Busqueda.h"
 #include "ui/editor/RescueCopy.h"
 #include "ui/editor/SourceEdit.h"

@@ -9,7 +9,7 @@
 
 #include "machine/MachineState.h"
 #include "ui/common/Fonts.h"
-#include "ui/common/HexString.h"
+#include "ui/common/HexBox.h"
 
 namespace tavinor {
 

@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QPen>
 
-#include "ui/common/HexString.h"
+#include "ui/common/HexBox.h"
 
 namespace tavinor {
 

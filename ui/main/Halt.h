@@ -12,7 +12,7 @@
 
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
-#include "ui/main/RequestsAllowed.h"
+#include "ui/main/ShownState.h"
 
 class QEventLoop;
 class QLabel;

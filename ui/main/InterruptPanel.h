@@ -6,7 +6,7 @@
 #include "machine/MachineState.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
-#include "ui/main/RequestsAllowed.h"
+#include "ui/main/ShownState.h"
 
 class QLayout;
 

@@ -8,7 +8,7 @@
 
 #include "images/Listing.h"
 #include "machine/MachineState.h"
-#include "ui/main/ShownValues.h"
+#include "ui/main/ShownState.h"
 
 namespace tavinor {
 

@@ -13,7 +13,7 @@
 #include "ui/common/MemoryGuard.h"
 #include "ui/main/Halt.h"
 #include "ui/main/Run.h"
-#include "ui/main/ShownValues.h"
+#include "ui/main/ShownState.h"
 #include "ui/main/WayBackCommands.h"
 
 class QAction;

@@ -9,7 +9,6 @@
 #include "ui/common/FileDrops.h"
 #include "ui/common/HexBox.h"
 #include "ui/common/Naming.h"
-#include "ui/common/ScreenRoom.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Editor.h"
 #include "ui/main/BytePanel.h"

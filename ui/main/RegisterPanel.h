@@ -8,7 +8,7 @@
 #include "trace/RegisterColumns.h"
 #include "ui/common/Commands.h"
 #include "ui/common/HexBox.h"
-#include "ui/main/ShownValues.h"
+#include "ui/main/ShownState.h"
 
 class QGridLayout;
 

@@ -3,7 +3,7 @@
 #include <QVBoxLayout>
 
 #include "ui/common/Fonts.h"
-#include "ui/common/HexString.h"
+#include "ui/common/HexBox.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {

@@ -4,7 +4,7 @@
 #include <QListWidget>
 
 #include "machine/MachineState.h"
-#include "ui/main/ShownValues.h"
+#include "ui/main/ShownState.h"
 
 namespace tavinor {
 

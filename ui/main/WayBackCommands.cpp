@@ -1,7 +1,7 @@
 #include "ui/main/WayBackCommands.h"
 
 #include "simulation/WayBack.h"
-#include "ui/common/HexString.h"
+#include "ui/common/HexBox.h"
 #include "ui/common/WorkProgress.h"
 
 namespace tavinor {

@@ -2,9 +2,8 @@
 #include <QTimer>
 #include <cstdlib>
 
-#include "ui/common/ApplicationIcon.h"
+#include "ui/common/Application.h"
 #include "ui/common/ReadableStyle.h"
-#include "ui/common/Translations.h"
 #include "ui/program/EndSignals.h"
 #include "ui/program/LastResort.h"
 #include "ui/program/Program.h"

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QUrl>
 
-#include "ui/startup/Version.h"
+#include "ui/startup/Update.h"
 
 /// What was decided when the program was built.
 namespace tavinor {

@@ -12,12 +12,12 @@
 #include <QVBoxLayout>
 #include <string_view>
 
-#include "ui/common/ApplicationIcon.h"
+#include "ui/common/Application.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/startup/Update.h"
 #include "ui/startup/UpdateCheck.h"
-#include "ui/startup/Updater.h"
 
 namespace tavinor {
 

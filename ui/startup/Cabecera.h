@@ -3,7 +3,7 @@
 #include <QDialog>
 
 #include "ui/startup/BuildOptions.h"
-#include "ui/startup/UpdateFile.h"
+#include "ui/startup/Update.h"
 
 class QLabel;
 class QPushButton;

@@ -5,8 +5,7 @@
 #include <QObject>
 #include <QUrl>
 
-#include "ui/startup/UpdateFile.h"
-#include "ui/startup/Version.h"
+#include "ui/startup/Update.h"
 
 class QNetworkReply;
 

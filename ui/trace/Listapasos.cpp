@@ -15,7 +15,7 @@
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/ScrollingContent.h"
 #include "ui/trace/TraceView.h"
 
 namespace tavinor {

@@ -12,8 +12,8 @@
 
 #include "tests/assembler/window/AssemblerUser.h"
 #include "tests/support/RealInput.h"
+#include "ui/common/Application.h"
 #include "ui/common/MessageBoxes.h"
-#include "ui/common/Translations.h"
 
 using namespace tavinor;
 

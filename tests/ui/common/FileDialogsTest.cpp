@@ -9,7 +9,7 @@
 #include <QTreeView>
 
 #include "tests/ui/common/FileDialogFixture.h"
-#include "ui/common/Places.h"
+#include "ui/common/FileDialogContents.h"
 
 using namespace tavinor;
 

@@ -24,7 +24,7 @@
 #include "tests/support/RealInput.h"
 #include "tests/ui/everywhere/Scenes.h"
 #include "tests/ui/main/Simulator.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 #include "ui/trace/TraceView.h"
 
 using namespace tavinor;

@@ -16,9 +16,9 @@
 #include "tests/support/RealInput.h"
 #include "tests/ui/everywhere/Scenes.h"
 #include "tests/ui/main/Simulator.h"
+#include "ui/common/Application.h"
 #include "ui/common/Contrast.h"
 #include "ui/common/ReadableStyle.h"
-#include "ui/common/Translations.h"
 
 using namespace tavinor;
 

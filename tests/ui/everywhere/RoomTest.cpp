@@ -11,8 +11,8 @@
 #include "tests/ui/everywhere/Clipping.h"
 #include "tests/ui/everywhere/Scenes.h"
 #include "tests/ui/main/Simulator.h"
+#include "ui/common/Application.h"
 #include "ui/common/ScrollingContent.h"
-#include "ui/common/Translations.h"
 
 using namespace tavinor;
 

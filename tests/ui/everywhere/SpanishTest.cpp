@@ -10,7 +10,7 @@
 #include "tests/ui/everywhere/EnglishTexts.h"
 #include "tests/ui/everywhere/Scenes.h"
 #include "tests/ui/everywhere/ShownTexts.h"
-#include "ui/common/Translations.h"
+#include "ui/common/Application.h"
 
 using namespace tavinor;
 

@@ -1,4 +1,4 @@
-#include "ui/startup/UpdateFile.h"
+#include "ui/startup/Update.h"
 
 #include <QTest>
 

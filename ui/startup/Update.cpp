@@ -1,5 +1,8 @@
-#include "ui/startup/UpdateFile.h"
+#include "ui/startup/Update.h"
 
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QProcess>
 #include <QUrl>
 #include <algorithm>
 #include <cstdint>
@@ -44,6 +47,13 @@ std::optional<Update> parseUpdateFile(const QByteArray& body) {
                    leadingNumber(body.sliced(firstDot + 1, secondDot - firstDot - 1)),
                    leadingNumber(body.sliced(secondDot + 1, start - secondDot - 1))},
                   QString::fromLatin1(address)};
+}
+
+bool download(const QString& updaterPath, const QString& address) {
+    const QFileInfo updater(updaterPath);
+    const bool there = updater.isFile() && updater.isExecutable();
+    if (there && QProcess::startDetached(updaterPath, {address}, updater.absolutePath())) return true;
+    return QDesktopServices::openUrl(QUrl(address, QUrl::StrictMode));
 }
 
 }  // namespace tavinor

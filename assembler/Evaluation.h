@@ -2,9 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
-/// Numbers of the source: 1010B, 0FFH, 10, 10D, and sums and differences of them. Texts are upper case.
+#include "assembler/SymbolTable.h"
+
+/// Numbers of the source: 1010B, 0FFH, 10, 10D, labels, and sums and differences of them. Texts are upper
+/// case.
 namespace tavinor {
 
 /// How large the value of an evaluation may be.
@@ -35,5 +39,15 @@ std::int32_t separa(std::string_view text, NumberContext context);
 
 /// The smaller of two positions counted from 1, where 0 means that there is none.
 std::size_t min(std::size_t first, std::size_t second);
+
+/// The value of an operand of an instruction or of data: a number, a label, or a sum of these. Results as
+/// those of `cmpnum`. Blanks are taken out of `text`, also inside a number (1 0 is 10).
+///
+/// A number comes before a label: a label that reads as a number (10H) is never found, nor one that holds a
+/// blank or a sign.
+std::int32_t sacaoperando(std::string& text, NumberContext context, const SymbolTable& symbols);
+
+/// The value of numbers and labels joined by "+" and "-", by the rules of `separa`.
+std::int32_t sepoperando(std::string_view text, NumberContext context, const SymbolTable& symbols);
 
 }  // namespace tavinor
