@@ -17,7 +17,8 @@ struct Position {
     std::uint64_t instructions = 0;
     std::uint64_t changes = 0;
 
-    friend auto operator<=>(const Position&, const Position&) = default;
+    // clang-tidy 14 takes the 0 that it is compared with for a pointer.
+    friend auto operator<=>(const Position&, const Position&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// Whole machines at some positions of a history, from which everything in between is executed again. They
