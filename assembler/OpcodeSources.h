@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace tavinor {
@@ -11,8 +12,9 @@ namespace tavinor {
 ///
 /// RST5 (entry 207) gives DF, as RST3 does, and no key gives EF: see behaviour.md, Assembler: directives and
 /// code.
+inline constexpr std::size_t instructionForms = 247;
 // clang-format off
-inline constexpr std::array<std::string_view, 247> opcodeSources{
+inline constexpr std::array<std::string_view, instructionForms> opcodeSources{
     "ACI{1}^CE00",
     "ADCA^8F", "ADCB^88", "ADCC^89", "ADCD^8A", "ADCE^8B", "ADCH^8C", "ADCL^8D", "ADCM^8E",
     "ADDA^87", "ADDB^80", "ADDC^81", "ADDD^82", "ADDE^83", "ADDH^84", "ADDL^85", "ADDM^86",

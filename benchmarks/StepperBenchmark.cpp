@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <memory>
 
-#include "benchmarks/PlainHost.h"
 #include "benchmarks/Programs.h"
 #include "machine/Batch.h"
 #include "machine/Stepper.h"
+#include "tests/support/PlainHost.h"
 
 using namespace tavinor;
 
@@ -48,7 +48,7 @@ struct Workbench {
 
     std::unique_ptr<MachineState> machine = std::make_unique<MachineState>();
     std::unique_ptr<Breakpoints> breakpoints = std::make_unique<Breakpoints>();
-    benchmarks::PlainHost host{*machine};
+    test::PlainHost host{*machine};
     Written written;
 };
 

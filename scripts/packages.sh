@@ -15,8 +15,6 @@ test_packages=(
   # What is packed, and what looks into the packages.
   appstream debootstrap desktop-file-utils dpkg-dev librsvg2-bin lintian zstd
 )
-# For the independent assembler that ours is compared with.
-command -v npm >/dev/null || test_packages+=(nodejs npm)
 
 # missing_packages PACKAGE...: prints those that are not installed.
 missing_packages() {

@@ -51,7 +51,7 @@ class Files : public testing::Test {
         return found;
     }
 
-    TemporaryDirectory directory_;
+    TemporaryFolder directory_;
     fs::path source_ = directory_ / "prog.asm";
     fs::path hex_ = directory_ / "prog.HEX";
     RecordingObserver observer_;
@@ -237,7 +237,7 @@ TEST_F(Files, ListingCannotBeWritten) {
 }
 
 TEST(Observer, HearsEveryPassAndTheRecords) {
-    TemporaryDirectory directory;
+    TemporaryFolder directory;
     writeBytes(directory / "prog.asm", " NOP");
     RecordingObserver observer;
     Ensambla(directory / "prog.asm", directory / "prog.HEX", observer);
@@ -285,7 +285,7 @@ TEST(Observer, HearsOfADisorderedTableBeforeAnythingElse) {
 }
 
 TEST(Observer, FullDiskIsToldAfterTheTexts) {
-    TemporaryDirectory directory;
+    TemporaryFolder directory;
     writeBytes(directory / "prog.asm", " NOP");
     RecordingObserver observer;
     const FileSizeLimit fullDisk(20);
@@ -445,7 +445,7 @@ TEST(Large, SizesBeyond32BitsAreAnErrorAndNoMore) {
 constexpr std::size_t maximumSourceSize = std::size_t{64} << 20;
 
 AssemblyResult assembledFile(const std::string& source) {
-    TemporaryDirectory directory;
+    TemporaryFolder directory;
     writeBytes(directory / "prog.asm", source);
     AssemblyObserver unobserved;
     return Ensambla(directory / "prog.asm", directory / "prog.HEX", unobserved);

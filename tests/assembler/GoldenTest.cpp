@@ -1,8 +1,5 @@
-// Sources with what must come of them. A case is a file golden/<group>/<name>.asm and beside it
-//   <name>.lst  the listing file, and
-//   <name>.hex  the HEX file of a run without errors (the report pane shows the same), or
-//   <name>.rep  the report pane (UTF-8) of a run with errors, which writes no HEX file.
-// Every HEX file is also read by the loader and by an independent tool, and must give the same image.
+// Sources with what must come of them: golden/README.md says what a case is. Every HEX file is also read by
+// the loader and by an independent tool, and must give the same image.
 
 #include <gtest/gtest.h>
 
@@ -55,7 +52,7 @@ Loaded load(const fs::path& hex) {
 }
 
 /// The whole memory as the independent tool sees it, with `fill` where there is no byte.
-std::string filledMemory(const fs::path& hex, const TemporaryDirectory& directory, const std::string& fill) {
+std::string filledMemory(const fs::path& hex, const TemporaryFolder& directory, const std::string& fill) {
     const fs::path binary = directory / ("fill" + fill);
     const std::string command = std::string(TAVINOR_SREC_CAT) + " '" + hex.string() + "' -Intel -fill 0x" +
                                 fill + " 0 0x10000 -o '" + binary.string() + "' -Binary";
@@ -63,7 +60,7 @@ std::string filledMemory(const fs::path& hex, const TemporaryDirectory& director
     return readBytes(binary);
 }
 
-ImageBuffer independentImage(const fs::path& hex, const TemporaryDirectory& directory) {
+ImageBuffer independentImage(const fs::path& hex, const TemporaryFolder& directory) {
     const std::string zeros = filledMemory(hex, directory, "00");
     const std::string ones = filledMemory(hex, directory, "FF");
     ImageBuffer image;
@@ -94,6 +91,13 @@ class Golden : public testing::TestWithParam<fs::path> {
         EXPECT_TRUE(observer.messages.empty());
     }
 
+    void bless() const {
+        writeBytes(expectedFile(GetParam(), ".lst"), readBytes(paths_.listing));
+        fs::remove(expectedFile(GetParam(), ".hex"));
+        fs::remove(expectedFile(GetParam(), ".rep"));
+        writeBytes(expectedFile(GetParam(), result_.assembled ? ".hex" : ".rep"), result_.report);
+    }
+
     void expectLoads(const std::string& hex) {
         const Loaded loaded = load(paths_.hex);
         EXPECT_EQ(differences(result_.image, loaded.image), "");
@@ -106,7 +110,7 @@ class Golden : public testing::TestWithParam<fs::path> {
         EXPECT_EQ(differences(result_.image, independentImage(paths_.hex, directory_)), "");
     }
 
-    TemporaryDirectory directory_;
+    TemporaryFolder directory_;
     fs::path source_ = directory_ / "prog.asm";
     OutputPaths paths_ = outputPaths(source_);
     AssemblyResult result_;
@@ -114,6 +118,7 @@ class Golden : public testing::TestWithParam<fs::path> {
 
 TEST_P(Golden, GivesTheExpectedFiles) {
     run();
+    if (blessing()) bless();
     const fs::path hexFile = expectedFile(GetParam(), ".hex");
     const fs::path reportFile = expectedFile(GetParam(), ".rep");
     ASSERT_NE(fs::exists(hexFile), fs::exists(reportFile)) << "a case has a .hex or a .rep file";

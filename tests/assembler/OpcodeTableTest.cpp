@@ -13,18 +13,20 @@ namespace tavinor {
 
 namespace {
 
+constexpr auto rows = static_cast<std::int16_t>(instructionForms);
+
 const OpcodeTable table = creatabla();
 
 TEST(OpcodeTable, HasItsRowsInOrder) {
-    ASSERT_EQ(table.size(), 247U);
+    ASSERT_EQ(table.size(), instructionForms);
     EXPECT_EQ(table.rowsOutOfOrder(), 0);
-    for (std::int16_t row = 1; row < 247; ++row) {
+    for (std::int16_t row = 1; row < rows; ++row) {
         EXPECT_LT(table.row(static_cast<std::int16_t>(row - 1)).key, table.row(row).key);
     }
 }
 
 TEST(OpcodeTable, FindsEveryKey) {
-    for (std::int16_t row = 0; row < 247; ++row) EXPECT_EQ(table.busca(table.row(row).key), row);
+    for (std::int16_t row = 0; row < rows; ++row) EXPECT_EQ(table.busca(table.row(row).key), row);
 }
 
 TEST(OpcodeTable, TakesASourceTextApart) {
@@ -34,7 +36,7 @@ TEST(OpcodeTable, TakesASourceTextApart) {
     EXPECT_EQ(first.hexTemplate, "CE00");
     EXPECT_EQ(first.opcode(), "CE");
     EXPECT_EQ(first.size(), 2U);
-    const OpcodeEntry& last = table.row(246);
+    const OpcodeEntry& last = table.row(rows - 1);
     EXPECT_EQ(last.key, "XTHL");
     EXPECT_EQ(last.operandMark, "");
     EXPECT_EQ(last.hexTemplate, "E3");
@@ -51,7 +53,7 @@ TEST(OpcodeTable, Restart5GivesTheCodeOfRestart3) {
 /// have none.
 TEST(OpcodeTable, CoversTheProcessor) {
     std::multiset<std::string> opcodes;
-    for (std::int16_t row = 0; row < 247; ++row) opcodes.emplace(table.row(row).opcode());
+    for (std::int16_t row = 0; row < rows; ++row) opcodes.emplace(table.row(row).opcode());
     EXPECT_EQ(opcodes.count("76"), 2U);
     EXPECT_EQ(opcodes.count("DF"), 2U);
     for (const char* none : {"08", "10", "18", "28", "38", "CB", "D9", "DD", "ED", "EF", "FD"}) {
@@ -61,7 +63,7 @@ TEST(OpcodeTable, CoversTheProcessor) {
 }
 
 TEST(OpcodeTable, SizeAgreesWithTheOperandMark) {
-    for (std::int16_t row = 0; row < 247; ++row) {
+    for (std::int16_t row = 0; row < rows; ++row) {
         const OpcodeEntry& entry = table.row(row);
         const std::size_t operand = entry.operandMark.empty() ? 0U : entry.operandMark == "{1}" ? 1U : 2U;
         EXPECT_EQ(entry.size(), 1 + operand) << entry.key;
@@ -85,7 +87,7 @@ TEST(OpcodeTable, FindsNothingElse) {
 }
 
 TEST(OpcodeTable, FindsNothingBetweenTwoRows) {
-    for (std::int16_t row = 0; row < 247; ++row) {
+    for (std::int16_t row = 0; row < rows; ++row) {
         const std::string key(table.row(row).key);
         EXPECT_EQ(table.busca(key + "!"), noCode);
         EXPECT_EQ(table.busca(key + "\xFF"), noCode);

@@ -1,8 +1,8 @@
 #include "tests/assembler/Support.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <random>
 
 #include "machine/HexText.h"
 #include "text/Lines.h"
@@ -17,16 +17,8 @@ std::string nameOf(Pane pane) {
 
 }  // namespace
 
-TemporaryDirectory::TemporaryDirectory() {
-    std::random_device random;
-    do {
-        path_ = std::filesystem::temp_directory_path() / ("tavinor-test-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+bool blessing() {
+    return std::getenv("TAVINOR_BLESS") != nullptr;
 }
 
 std::string readBytes(const std::filesystem::path& path) {
@@ -64,7 +56,7 @@ std::vector<std::string> linesOf(std::string_view text) {
 }
 
 void LoadedMachine::savmem(std::int32_t dir, std::int32_t dat) {
-    machine.storeMemory(static_cast<std::int32_t>(asIndex(dir, memorySize)), dat);
+    PlainHost::savmem(static_cast<std::int32_t>(asIndex(dir, memorySize)), dat);
     image[static_cast<std::size_t>(dir)] = static_cast<std::int16_t>(dat);
 }
 

@@ -9,25 +9,15 @@
 
 #include "assembler/AssemblyObserver.h"
 #include "assembler/Ensambla.h"
-#include "machine/Host.h"
 #include "machine/MachineState.h"
+#include "tests/support/PlainHost.h"
+#include "tests/support/TemporaryFolder.h"
 
 /// What the tests of the assembler share.
 namespace tavinor::test {
 
-/// A directory of its own that goes with the object.
-class TemporaryDirectory {
-  public:
-    TemporaryDirectory();
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-    ~TemporaryDirectory();
-
-    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
-
-  private:
-    std::filesystem::path path_;
-};
+/// Whether what the tests expect shall be written anew instead (scripts/bless).
+bool blessing();
 
 std::string readBytes(const std::filesystem::path& path);
 void writeBytes(const std::filesystem::path& path, std::string_view bytes);
@@ -51,15 +41,13 @@ AssemblyResult assembled(std::string_view source);
 std::vector<std::string> linesOf(std::string_view text);
 
 /// A machine that stores what a HEX file loads into it, and remembers which addresses.
-struct LoadedMachine final : Host {
+struct LoadedMachine final : PlainHost {
+    LoadedMachine() : PlainHost(machine) { image.fill(noByte); }
+
     void savmem(std::int32_t dir, std::int32_t dat) override;
-    void savport(std::int32_t, std::int32_t) override {}
-    void halt() override {}
 
     MachineState machine;
     ImageBuffer image;  ///< Only what was stored.
-
-    LoadedMachine() { image.fill(noByte); }
 };
 
 /// Only the addresses where the two differ, as text; empty when they are equal.

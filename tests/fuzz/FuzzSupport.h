@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "machine/Host.h"
 #include "machine/MachineState.h"
+#include "tests/support/PlainHost.h"
 
 namespace tavinor::fuzz {
 
@@ -17,14 +17,14 @@ inline void expect(bool holds, const char* what) {
     std::abort();
 }
 
-/// Keeps what the loader stores.
-struct Machine final : Host {
+/// Counts what the loader stores.
+struct Machine final : test::PlainHost {
+    Machine() : PlainHost(machine) {}
+
     void savmem(std::int32_t dir, std::int32_t dat) override {
-        machine.storeMemory(static_cast<std::int32_t>(asIndex(dir, memorySize)), dat);
+        PlainHost::savmem(static_cast<std::int32_t>(asIndex(dir, memorySize)), dat);
         ++stored;
     }
-    void savport(std::int32_t, std::int32_t) override {}
-    void halt() override {}
 
     MachineState machine;
     std::size_t stored = 0;

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "machine/Flags.h"
+#include "tests/support/Bits.h"
 #include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
 
@@ -45,7 +46,7 @@ void put(Comments& comments, std::initializer_list<int> opcodes, const std::stri
 Comments commentsThatIgnoreFlags() {
     Comments comments;
     put(comments, {0x00}, "No hace nada");
-    put(comments, {0x10, 0x08, 0x18, 0x28, 0x38, 0xCB, 0xD9, 0xDD, 0xED, 0xFD}, "Código invalido");
+    for (const int opcode : undefinedOpcodes) comments[opcode] = "Código invalido";
     put(comments, {0x76}, "Sistema parado");
     put(comments, {0xC7}, "Salto a 0000");
     put(comments, {0xCF}, "Salto a 0008");

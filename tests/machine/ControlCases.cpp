@@ -1,5 +1,6 @@
 #include "machine/Flags.h"
 #include "tests/machine/InstructionCase.h"
+#include "tests/support/Bits.h"
 
 namespace tavinor::test {
 
@@ -91,7 +92,7 @@ void addJumps(Cases& cases) {
 
 void addIdle(Cases& cases) {
     cases.push_back({"NOP", {0x00}, {}, {}});
-    for (const int opcode : {0x08, 0x10, 0x18, 0x28, 0x38, 0xCB, 0xD9, 0xDD, 0xED, 0xFD}) {
+    for (const int opcode : undefinedOpcodes) {
         cases.push_back({"undefined " + std::to_string(opcode), {opcode}, {}, {}});
     }
     cases.push_back({"HLT by itself", {0x76}, {}, {}});

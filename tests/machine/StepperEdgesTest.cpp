@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "machine/Stepper.h"
+#include "tests/support/Bits.h"
 #include "tests/support/Differences.h"
 #include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
@@ -170,7 +171,7 @@ TEST_F(StepperEdgesTest, InxSpAt65535Gives0) {
 }
 
 TEST_F(StepperEdgesTest, AnUndefinedCodeAdvancesByOneAndChangesNothingElse) {
-    for (const int opcode : {0x08, 0x10, 0x18, 0x28, 0x38, 0xCB, 0xD9, 0xDD, 0xED, 0xFD}) {
+    for (const int opcode : undefinedOpcodes) {
         place(m, 0x100, {opcode, 0xFF, 0xFF});
         m.PC = 0x100;
         const auto before = std::make_unique<MachineState>(m);

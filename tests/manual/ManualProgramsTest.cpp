@@ -20,10 +20,10 @@
 #include "assembler/HexWriter.h"
 #include "machine/Flags.h"
 #include "machine/HexText.h"
-#include "machine/Host.h"
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
 #include "tests/manual/Chapters.h"
+#include "tests/support/PlainHost.h"
 
 namespace tavinor::manual {
 namespace {
@@ -39,7 +39,7 @@ std::string plain(const std::string& text) {
     return result;
 }
 
-class Machine final : public Host {
+class Machine {
   public:
     explicit Machine(const ImageBuffer& image) {
         reset(state);
@@ -50,18 +50,14 @@ class Machine final : public Host {
 
     bool runToHalt() {
         constexpr int patience = 100'000;
-        for (int step = 0; step < patience && !halted_; ++step) EjecutaPASO(state, *this);
-        return halted_;
+        for (int step = 0; step < patience && host_.halts == 0; ++step) EjecutaPASO(state, host_);
+        return host_.halts > 0;
     }
-
-    void savmem(std::int32_t dir, std::int32_t dat) override { state.storeMemory(dir, dat); }
-    void savport(std::int32_t dir, std::int32_t dat) override { state.storePort(dir, dat); }
-    void halt() override { halted_ = true; }
 
     MachineState state;
 
   private:
-    bool halted_ = false;
+    test::PlainHost host_{state};
 };
 
 std::string bit(bool value) {

@@ -18,6 +18,7 @@
 #include "machine/Interrupts.h"
 #include "machine/Stepper.h"
 #include "tests/memory/RefusedAllocations.h"
+#include "tests/support/PlainHost.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tavinor::test {
@@ -25,16 +26,11 @@ namespace {
 
 const std::string oldContent = "the old file\r\n";
 
-/// Needs no memory of its own.
-class Simulator final : public Host {
-  public:
-    void savmem(std::int32_t dir, std::int32_t dat) override { machine.storeMemory(dir, dat); }
-    void savport(std::int32_t dir, std::int32_t dat) override { machine.storePort(dir, dat); }
-    void halt() override { ++halts; }
+struct Simulator final : PlainHost {
+    Simulator() : PlainHost(machine) {}
 
     MachineState machine;
     Breakpoints breakpoints{};
-    int halts = 0;
 };
 
 std::string contentOf(const std::filesystem::path& path) {

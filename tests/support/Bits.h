@@ -1,9 +1,14 @@
 #pragma once
 
+#include <array>
 #include <bit>
 
-/// Arithmetic one bit at a time, as the gates of an adder do it: a second opinion on the machine's sums.
+/// Arithmetic one bit at a time, as the gates of an adder do it: a second opinion on the machine's sums. And
+/// the opcodes as fields of bits.
 namespace tavinor::test {
+
+/// The codes that the processor leaves undefined.
+inline constexpr std::array undefinedOpcodes{0x08, 0x10, 0x18, 0x28, 0x38, 0xCB, 0xD9, 0xDD, 0xED, 0xFD};
 
 struct Sum {
     int value = 0;

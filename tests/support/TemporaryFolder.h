@@ -29,6 +29,7 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
 
     /// Writes a file, byte by byte as given, and returns its path.
     std::filesystem::path write(const std::string& name, std::string_view content) const {

@@ -5,8 +5,8 @@
 #include <ostream>
 #include <vector>
 
-#include "machine/Host.h"
 #include "machine/MachineState.h"
+#include "tests/support/PlainHost.h"
 
 namespace tavinor::test {
 
@@ -23,33 +23,29 @@ struct Write {
 
 /// Stores what the machine hands out and remembers it. Like the window's grid it has no cell for the mirror
 /// addresses: a byte written there is stored, and then the write fails.
-class TestHost final : public Host {
+class TestHost final : public PlainHost {
   public:
-    explicit TestHost(MachineState& machine) : machine_(machine) {}
+    using PlainHost::PlainHost;
 
     void savmem(std::int32_t dir, std::int32_t dat) override {
-        machine_.storeMemory(dir, dat);
+        PlainHost::savmem(dir, dat);
         memoryWrites.push_back({dir, dat});
         asIndex(dir, memorySize);
     }
 
     void savport(std::int32_t dir, std::int32_t dat) override {
-        machine_.storePort(dir, dat);
+        PlainHost::savport(dir, dat);
         portWrites.push_back({dir, dat});
     }
 
     void halt() override {
-        ++halts;
+        PlainHost::halt();
         if (onHalt) onHalt();
     }
 
     std::vector<Write> memoryWrites;
     std::vector<Write> portWrites;
-    int halts = 0;
     std::function<void()> onHalt;  ///< What the user chooses in the halt dialog.
-
-  private:
-    MachineState& machine_;
 };
 
 }  // namespace tavinor::test
