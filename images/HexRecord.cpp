@@ -23,7 +23,10 @@ std::int32_t recordByte(std::string_view text, std::size_t position) {
 }
 
 std::string recordText(const RecordHeader& header, std::span<const std::uint8_t> data) {
-    std::string text = ":" + hexa(header.count, 2) + hexa(header.address, 4) + hexa(header.type, 2);
+    std::string text(1, ':');
+    text += hexa(header.count, 2);
+    text += hexa(header.address, 4);
+    text += hexa(header.type, 2);
     std::int32_t sum = header.sum();
     for (const std::uint8_t byte : data) {
         text += hexa(byte, 2);

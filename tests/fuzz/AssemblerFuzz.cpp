@@ -11,7 +11,7 @@
 #include "images/HexLoader.h"
 #include "tests/fuzz/FuzzSupport.h"
 #include "text/Lines.h"
-#include "text/TextEncoding.h"
+#include "text/Utf.h"
 
 namespace {
 
