@@ -8,8 +8,6 @@
 #include "tests/ui/main/ListedPace.h"
 #include "tests/ui/main/Simulator.h"
 #include "tests/ui/main/ViewsCheck.h"
-#include "trace/TraceReader.h"
-#include "trace/TraceText.h"
 
 using namespace tavinor;
 
@@ -36,50 +34,6 @@ class RunTest : public QObject {
     /// INX B; JMP 0000: counts, and touches nothing else.
     void loadCounter() const { s_->load(0, QByteArray::fromHex("03C30000")); }
     void runWith(const QList<std::function<void()>>& actions) const { s_->runWith(actions); }
-    /// Everything that the window and its trace show while a program writes memory, the stack, a port and its
-    /// own code, stops at a breakpoint and in a HLT, fails, and is edited in between.
-    static QStringList shownByScript(std::int64_t slice) {
-        Simulator s(std::make_unique<ListedPace>(QList<std::int64_t>{slice}, RunPace::Due::events));
-        QStringList shown;
-        const auto look = [&] {
-            shown += ViewsCheck(s).difference();
-            shown += s.rows() + s.stackLines() + s.entryRow();
-            for (const char* box : {"txtA", "txtF", "txtBC", "txtDE", "txtHL", "txtM", "txtPC", "txtSP"}) {
-                shown += s.text(box);
-            }
-        };
-        // LXI SP,8000; LXI H,2000; 0006: MOV M,A; INR A; INX H; PUSH H; POP D; OUT 10; STA 0011; MVI B,00;
-        // MOV A,L; CPI 20; MOV A,B; JNZ 0006; HLT
-        s.load(0, QByteArray::fromHex("310080210020773C23E5D1D31032110006007DFE2078C2060076"));
-        s.enter("txtDIR", "0019");
-        s.clickRow(s.rowOf(0x19));
-        pressKey(&s.window, Qt::Key_F9);
-        s.press("Ejecutar");  // to the breakpoint, at the HLT
-        look();
-        s.enter("txtA", "77");
-        s.enter("txtDirMem", "2010");
-        s.enter("txtDatMem", "AB");
-        s.dialogs.expectWindow("Halt", [](QWidget* dialog) {
-            clickIn(dialog->findChild<QAbstractButton*>("opt1"));  // TRAP
-            clickIn(dialog->findChild<QAbstractButton*>("eje"));   // and stops
-            clickIn(dialog->findChild<QWidget*>("aceptar"));
-        });
-        s.press("Ejecutar");
-        look();
-        s.enter("txtPC", "FFFF");
-        s.enter("txtDirMem", "FFFF");
-        s.enter("txtDatMem", "FF");  // RST 7 cannot push its return address
-        s.dialogs.expectMessage(overflowError);
-        s.press("Ejecutar");
-        look();
-        TraceReader(s.window.trace())
-            .read(0, s.window.trace().size(), [&shown](const TraceRow& row, const RowTexts* texts) {
-                std::string line;
-                appendLine(line, row, texts);
-                shown += QString::fromStdString(line);
-            });
-        return shown;
-    }
 
   private slots:
     void init() { s_ = std::make_unique<Simulator>(); }
@@ -118,20 +72,6 @@ class RunTest : public QObject {
         QCOMPARE(s_->button("Ejecutar")->accessibleName(), "Ejecutar");
         QVERIFY(s_->enabled("Eje_paso"));
         QCOMPARE(difference(), QString());
-    }
-
-    /// What is shown and what the trace has does not depend on how many instructions lie between two looks.
-    void isTheSameAtEveryPace_data() {
-        QTest::addColumn<qlonglong>("slice");
-        for (const qlonglong slice : {7, 4096}) QTest::addRow("%lld", slice) << slice;
-    }
-    void isTheSameAtEveryPace() {
-        QFETCH(qlonglong, slice);
-        s_.reset();  // it would answer the dialogs of the others
-        const QStringList oneByOne = shownByScript(1);
-        const QStringList shown = shownByScript(slice);
-        QCOMPARE(shown.size(), oneByOne.size());
-        for (qsizetype i = 0; i < shown.size(); ++i) QCOMPARE(shown[i], oneByOne[i]);
     }
 
     void runsAndStopsByItsAccessKeys() {
