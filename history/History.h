@@ -84,6 +84,11 @@ class History {
     /// what was recorded, only how quickly it is reached.
     void keep(const Position& at, const Moment& moment) const;
 
+    /// The instructions that all readers together have executed again: what looking and going back have cost.
+    [[nodiscard]] std::uint64_t executedAgain() const { return executedAgain_; }
+    /// A reader has executed `count` more.
+    void noteExecutedAgain(std::uint64_t count) const { executedAgain_ += count; }
+
     /// The memory that changes take.
     [[nodiscard]] std::size_t bytesOfChanges() const;
 
@@ -124,6 +129,7 @@ class History {
     [[nodiscard]] std::size_t endOfPages(std::uint64_t index) const;
 
     mutable Checkpoints checkpoints_;
+    mutable std::uint64_t executedAgain_ = 0;
     std::uint64_t instructions_ = 0;
     std::deque<Change> changes_;
     std::deque<Cell> cells_;

@@ -21,8 +21,8 @@ void Replay::restore(const Position& target) {
 bool Replay::seek(const Position& target, std::int64_t most) {
     const bool gone = revision_ != history_.revision() || at_ > target;
     if (gone || at_ < history_.checkpoints().positionBefore(target)) restore(target);
-    const std::uint64_t stopAt = executed_ + static_cast<std::uint64_t>(most);
-    while (at_ != target && executed_ < stopAt) advance(target, *noBreakpoints_);
+    const std::uint64_t stopAt = history_.executedAgain() + static_cast<std::uint64_t>(most);
+    while (at_ != target && history_.executedAgain() < stopAt) advance(target, *noBreakpoints_);
     return at_ == target;
 }
 
@@ -70,7 +70,7 @@ void Replay::runTowards(const Position& target, const Breakpoints& breakpoints) 
     const BatchResult result = runBatch(moment_->machine, breakpoints, limit, written_);
     moment_->add(result);
     at_.instructions += static_cast<std::uint64_t>(result.instructions);
-    executed_ += static_cast<std::uint64_t>(result.instructions);
+    history_.noteExecutedAgain(static_cast<std::uint64_t>(result.instructions));
     if (result.end == BatchResult::End::singleStep) stepAlone();
     leaveCheckpoint(target);
 }
@@ -87,7 +87,7 @@ bool Replay::stepAlone() {
     }
     moment_->bringUpToDate();
     ++at_.instructions;
-    ++executed_;
+    history_.noteExecutedAgain(1);
     return succeeded;
 }
 

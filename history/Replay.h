@@ -40,9 +40,6 @@ class Replay final : private Host {
     /// The pages that instructions have written since this was asked last.
     [[nodiscard]] std::array<bool, pageCount> takeWrittenPages();
 
-    /// All the instructions that it has executed.
-    [[nodiscard]] std::uint64_t executed() const { return executed_; }
-
   private:
     // What an instruction stores. The way out of a HLT is a change that follows it.
     void savmem(std::int32_t dir, std::int32_t dat) override;
@@ -64,7 +61,6 @@ class Replay final : private Host {
     Written written_;
     Position at_;
     std::uint64_t revision_;
-    std::uint64_t executed_ = 0;
 
     // Of the last instruction that was executed by itself: no instruction stores more than two bytes.
     std::array<std::int32_t, 2> stores_{};

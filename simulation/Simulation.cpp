@@ -17,10 +17,10 @@ constexpr std::uint8_t hltCode = 0x76;
 
 }  // namespace
 
-Simulation::Simulation(HaltHandler& handler)
+Simulation::Simulation(HaltHandler& handler, std::size_t historyBytes)
     : handler_(handler),
       now_(std::make_unique<Moment>()),
-      history_(*now_),
+      history_(*now_, historyBytes),
       trace_(history_),
       replay_(history_),
       before_(std::make_unique<Moment>()) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -41,7 +42,8 @@ class HaltHandler {
 /// fail throw as the instructions do; what they did before stays.
 class Simulation final : private Host {
   public:
-    explicit Simulation(HaltHandler& handler);
+    /// The history takes at most about so many bytes, besides what it holds of the user's changes.
+    explicit Simulation(HaltHandler& handler, std::size_t historyBytes = History::usualBytes);
 
     [[nodiscard]] const MachineState& machine() const { return now_->machine; }
     [[nodiscard]] const Breakpoints& breakpoints() const { return *breakpoints_; }

@@ -24,9 +24,6 @@ class TraceReader {
     bool read(std::uint64_t first, std::uint64_t count, const Visitor& visitor,
               std::int64_t most = std::numeric_limits<std::int64_t>::max());
 
-    /// All the instructions that it has executed.
-    [[nodiscard]] std::uint64_t executed() const { return replay_.executed(); }
-
   private:
     [[nodiscard]] TraceRow stateRow() const;
     [[nodiscard]] Position beforeInstruction(std::uint64_t number) const;

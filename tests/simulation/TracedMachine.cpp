@@ -7,7 +7,7 @@
 
 namespace tavinor::test {
 
-TracedMachine::TracedMachine() {
+TracedMachine::TracedMachine(std::size_t historyBytes) : simulation_(*this, historyBytes) {
     plain_.onHalt = [this](PlainSimulation&) { answer(Halted::plain); };
 }
 

@@ -15,7 +15,7 @@ namespace tavinor::test {
 /// text.
 class TracedMachine final : private HaltHandler {
   public:
-    TracedMachine();
+    explicit TracedMachine(std::size_t historyBytes = History::usualBytes);
 
     [[nodiscard]] Simulation& simulation() { return simulation_; }
     [[nodiscard]] const Trace& trace() const { return simulation_.trace(); }
@@ -51,7 +51,7 @@ class TracedMachine final : private HaltHandler {
     void halt() override { answer(Halted::simulation); }
     void answer(Halted halted);
 
-    Simulation simulation_{*this};
+    Simulation simulation_;
     PlainSimulation plain_;
     bool plainLeftOut_ = false;
     Halted halted_ = Halted::none;

@@ -217,6 +217,23 @@ class WaysBackTest : public QObject {
         QCOMPARE(difference(), QString());
     }
 
+    /// The machine kept before is near, and neither the step nor the rows of the open trace go farther back.
+    void aStepBackCostsFewInstructions() {
+        runLong();
+        s_->window.findChild<QAction*>("listains")->trigger();
+        QVERIFY(QTest::qWaitForWindowActive(QApplication::activeWindow()));
+        const History& history = s_->window.trace().history();
+        for (int step = 0; step < 6; ++step) {
+            const std::uint64_t before = history.executedAgain();
+            const std::uint64_t rows = traceRows();
+            stepBack();
+            QCoreApplication::processEvents();
+            QCOMPARE(traceRows(), rows - 1);
+            const std::uint64_t again = history.executedAgain() - before;
+            QVERIFY2(again > 0 && again <= 4 * Checkpoints::densest, qPrintable(QString::number(again)));
+        }
+    }
+
     void toTheBeginning() {
         loadProgram();
         steps(5);

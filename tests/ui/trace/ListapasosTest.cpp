@@ -50,9 +50,45 @@ class ListapasosTest : public QObject, private TraceWindowTest {
         QTRY_VERIFY(chosen);
     }
 
+    /// The instructions that are executed again for a paint of the rows from `first` on.
+    [[nodiscard]] std::uint64_t costOfPainting(std::uint64_t first) {
+        lista_->scrollTo(first);
+        const History& history = traced_->simulation().history();
+        const std::uint64_t before = history.executedAgain();
+        lista_->viewport()->repaint();
+        return history.executedAgain() - before;
+    }
+
   private slots:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
+
+    /// With little room for them few machines of long ago are kept: the rows behind them come into view in
+    /// several paints, each of which executes so many instructions and no more.
+    void aPaintExecutesFewInstructions() {
+        constexpr std::uint64_t mostAPaint = 2'000'000 + Checkpoints::densest;
+        setUp(std::size_t{9} * 512 * 1024);
+        traced_->recordOnlyCompact();
+        // LXI H,0080; 0003: INR M; INR H; JMP 0003: each page of memory, over and over
+        traced_->load({0x21, 0x80, 0x00, 0x34, 0x24, 0xC3, 0x03, 0x00});
+        record(30'000'000);
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        const std::uint64_t rows = lista_->rowCount();
+        int unfinished = 0;
+        for (const std::uint64_t first : {rows - 30, rows / 2 + 7, std::uint64_t{5}, rows / 3}) {
+            std::uint64_t cost = costOfPainting(first);
+            while (cost >= mostAPaint - Checkpoints::densest) {
+                QVERIFY(cost <= mostAPaint);
+                ++unfinished;
+                cost = costOfPainting(first);
+            }
+            QVERIFY(cost <= mostAPaint);
+            QCOMPARE(costOfPainting(first), std::uint64_t{0});  // they are known
+            QVERIFY(!lista_->cells(first)[0].empty());
+        }
+        QVERIFY2(unfinished > 0, "no place was so far from a kept machine");
+    }
 
     void isTitledAndModeless() {
         QCOMPARE(window_->windowTitle(), QString("Tavinor"));

@@ -17,8 +17,9 @@ namespace tavinor {
 /// naive trace beside it. `setUp` makes them anew.
 class TraceWindowTest {
   protected:
-    void setUp() {
-        traced_ = std::make_unique<test::TracedMachine>();
+    void setUp(std::size_t historyBytes = History::usualBytes) {
+        window_.reset();
+        traced_ = std::make_unique<test::TracedMachine>(historyBytes);
         window_ = std::make_unique<Listapasos>(traced_->simulation());
         traced_->load({0x01, 0xFF, 0xFF, 0x0B, 0x78, 0xB1, 0xC2, 0x03, 0x00, 0xC3, 0x00, 0x00});
         lista_ = window_->findChild<TraceView*>(QStringLiteral("lista"));
