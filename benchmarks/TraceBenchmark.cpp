@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "benchmarks/Programs.h"
@@ -173,8 +174,12 @@ void measure(const benchmarks::Program& program, std::uint64_t rows) {
 
 }  // namespace
 
-/// An argument is the number of rows, in millions: with 10000 it takes some minutes.
+/// trace_benchmark [MILLIONS [WORD]]: so many million rows, with 10000 some minutes, of each program whose
+/// name has the word in it.
 int main(int argc, char* argv[]) {
     const std::uint64_t rows = 1'000'000 * std::strtoull(argc > 1 ? argv[1] : "20", nullptr, 10);
-    for (const benchmarks::Program& program : tracedPrograms()) measure(program, rows);
+    const std::string_view word = argc > 2 ? argv[2] : "";
+    for (const benchmarks::Program& program : tracedPrograms()) {
+        if (std::string_view(program.name).find(word) != std::string_view::npos) measure(program, rows);
+    }
 }
