@@ -4,7 +4,7 @@
 #include <QScopedValueRollback>
 #include <QShortcutEvent>
 
-#include "ui/common/HexBox.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {
@@ -22,7 +22,7 @@ CommandButton::CommandButton(const QString& name, const QString& accessibleName,
 
 /// Called for every press, by whatever way, just before `clicked`.
 void CommandButton::nextCheckState() {
-    allowed_ = isEnabled() && leaveFocusedBox(window(), this);
+    allowed_ = isEnabled() && FocusGate::of(this).pass(this);
     QPushButton::nextCheckState();
 }
 
@@ -53,7 +53,7 @@ void CommandCheckBox::showChecked(bool checked) {
 void CommandCheckBox::noteToggle(bool checked) {
     if (showing_) return;
     showChecked(!checked);
-    if (!leaveFocusedBox(window(), this)) return;
+    if (!FocusGate::of(this).pass(this)) return;
     showChecked(checked);
     emit changedByUser(checked);
 }

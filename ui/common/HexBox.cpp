@@ -1,16 +1,16 @@
 #include "ui/common/HexBox.h"
 
-#include <QApplication>
 #include <QFocusEvent>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QMouseEvent>
-#include <QScopedValueRollback>
+#include <QScopeGuard>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QWindow>
-#include <algorithm>
 
 #include "machine/HexText.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -96,23 +96,18 @@ void HexBox::noteEdit() {
         edited_ = edited;
         emit editedChanged(edited);
     }
-    if (edited && !entered_ && !refusing_ && !leaving_ && isVisible()) enterWritten();
+    if (edited && state_ == State::outside && isVisible()) enterWritten();
 }
 
 /// An assistive tool writes without moving the focus. The user is in the box from then on, so that the text
 /// counts when it is left; where another box refuses to be left for it, the text is taken back.
 void HexBox::enterWritten() {
     const QString written = text();
-    entered_ = true;
-    const QList<HexBox*> boxes = window()->findChildren<HexBox*>();
-    for (HexBox* other : boxes) {
-        if (other == this || !other->entered()) continue;
-        entered_ = other->leave();
-        if (!entered_) {
-            showText(shown_);
-            return;
-        }
+    if (HexBox* other = FocusGate::of(this).box(); other != nullptr && !other->leave()) {
+        showText(shown_);
+        return;
     }
+    setState(State::inside);
     setFocus(Qt::OtherFocusReason);
     setText(written);  // what leaving the other box has caused may have refreshed this one
 }
@@ -124,15 +119,15 @@ void HexBox::startTyping(const QString& text) {
 }
 
 bool HexBox::leave() {
-    if (refusing_) return false;
+    if (state_ == State::refusing) return false;
     selectAll();
     const std::optional<QString> normal = normalText();
     if (!normal) {
         refuse();
         return false;
     }
-    const QScopedValueRollback<bool> leaving(leaving_, true);
-    entered_ = false;
+    setState(State::leaving);
+    const auto gone = qScopeGuard([this] { setState(State::outside); });
     showText(*normal);
     setCursorPosition(0);
     emit validated();
@@ -143,22 +138,28 @@ bool HexBox::leave() {
 /// The message comes from the event loop, when whatever wanted the focus has been told that it does not get
 /// it: an assistive tool waits for an answer before it can read the message.
 void HexBox::refuse() {
-    refusing_ = true;
+    setState(State::refusing);
     setFocus(Qt::OtherFocusReason);  // before the message: what took the focus does not get it back after it
     QMetaObject::invokeMethod(this, &HexBox::showRefusal, Qt::QueuedConnection);
 }
 
 void HexBox::showRefusal() {
     if (isVisible()) showMessage(window(), QStringLiteral("Valor incorrecto"));
-    refusing_ = false;
+    setState(State::inside);
     selectAll();
+}
+
+void HexBox::setState(State state) {
+    state_ = state;
+    FocusGate& gate = FocusGate::of(this);
+    entered() ? gate.enter(this) : gate.leave(this);
 }
 
 void HexBox::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     watchPresses(true);
-    if (entered_ || refusing_ || leaving_) return;
-    entered_ = true;
+    if (state_ != State::outside) return;
+    setState(State::inside);
     selectOnPress_ = event->reason() == Qt::MouseFocusReason;
     rutgotfocus();
 }
@@ -168,7 +169,7 @@ void HexBox::focusOutEvent(QFocusEvent* event) {
     if (staysInBox(event->reason()) || !isVisible()) return;
     watchPresses(false);
     // What took the focus without asking (an assistive tool, for example) has it taken back by a refusal.
-    if (entered_) leave();
+    if (entered()) leave();
 }
 
 void HexBox::mousePressEvent(QMouseEvent* event) {
@@ -180,7 +181,7 @@ void HexBox::mousePressEvent(QMouseEvent* event) {
 }
 
 bool HexBox::focusNextPrevChild(bool next) {
-    if (entered_ && !leave()) return true;
+    if (entered() && !leave()) return true;
     return QLineEdit::focusNextPrevChild(next);
 }
 
@@ -199,7 +200,7 @@ bool HexBox::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     // Also while the menu bar has the focus, and by the press that makes the window active.
-    if (press && entered_) {
+    if (press && entered()) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
         QWidget* taker = focusTakerAt(mouse->position().toPoint());
         if (taker != nullptr && taker != this) {
@@ -218,42 +219,6 @@ QWidget* HexBox::focusTakerAt(const QPoint& position) const {
         if (w->isEnabled() && (w->focusPolicy() & Qt::ClickFocus) != 0) return w;
     }
     return nullptr;
-}
-
-namespace {
-
-/// It may have lent its focus to the menu bar. Null where the user is in none.
-HexBox* enteredBox(const QWidget* window) {
-    const QList<HexBox*> boxes = window->findChildren<HexBox*>();
-    const auto box = std::find_if(boxes.begin(), boxes.end(), [](const HexBox* b) { return b->entered(); });
-    return box == boxes.end() ? nullptr : *box;
-}
-
-/// An assistive tool can press what lies behind a modal window; the user cannot.
-bool isInReach(const QWidget* window) {
-    const QWidget* modal = QApplication::activeModalWidget();
-    return modal == nullptr || modal == window;
-}
-
-}  // namespace
-
-bool leaveFocusedBox(const QWidget* window, QWidget* next) {
-    if (!isInReach(window)) return false;
-    HexBox* box = enteredBox(window);
-    if (box == nullptr) return true;
-    if (!box->leave()) return false;
-    if (next != nullptr) {
-        next->setFocus(Qt::ShortcutFocusReason);
-    } else if (box->hasFocus()) {
-        box->reenter();
-    }
-    return true;
-}
-
-bool leaveEditedBox(const QWidget* window) {
-    const HexBox* box = enteredBox(window);
-    if (box == nullptr || !box->edited()) return isInReach(window);
-    return leaveFocusedBox(window);
 }
 
 }  // namespace tavinor

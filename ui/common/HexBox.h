@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QString>
+#include <cstdint>
 #include <optional>
 
 #include "machine/HexText.h"
@@ -55,9 +56,9 @@ class HexBox : public QLineEdit {
     /// Leaves the box as moving the focus would: checks the text and announces it. False when it was refused.
     bool leave();
     /// Whether the user is in the box: it has the focus, or has lent it to a menu or another window.
-    [[nodiscard]] bool entered() const { return entered_; }
+    [[nodiscard]] bool entered() const { return state_ == State::inside || state_ == State::refusing; }
     /// Counts the box as entered again: it was left, but the focus has stayed.
-    void reenter() { entered_ = true; }
+    void reenter() { setState(State::inside); }
 
   signals:
     /// The text was accepted and is about to be announced by `left`.
@@ -74,6 +75,14 @@ class HexBox : public QLineEdit {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    enum class State : std::uint8_t {
+        outside,
+        inside,    ///< Entered, and not left since.
+        refusing,  ///< The same; its message is open, or about to open.
+        leaving,   ///< What `left` causes may take the focus away for a while, and give it back.
+    };
+
+    void setState(State state);
     /// rutgotfocus: selects the whole text, so that typing replaces it.
     void rutgotfocus() { selectAll(); }
     void fitDigits();
@@ -88,19 +97,9 @@ class HexBox : public QLineEdit {
     Blank blank_;
     QString shown_;
     bool edited_ = false;
-    bool entered_ = false;        // in the box since it was last left
-    bool refusing_ = false;       // its message is open, or about to open
-    bool leaving_ = false;        // what `left` causes may take the focus away for a while, and give it back
+    State state_ = State::outside;
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
 };
-
-/// Leaves the hexadecimal box of `window` in which the user is, if any: every command does so first. The
-/// focus goes to `next`, or stays where nothing takes it (a menu's command). False when the box refused, and
-/// where another window, which is modal, keeps the user from `window`; then the command must not act.
-bool leaveFocusedBox(const QWidget* window, QWidget* next = nullptr);
-/// The same where the user has typed in it; another one is left alone, because leaving may write what it
-/// shows.
-bool leaveEditedBox(const QWidget* window);
 
 /// `value` in `digits` hexadecimal digits, for a widget.
 inline QString hexString(int value, int digits) {

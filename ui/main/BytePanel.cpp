@@ -5,6 +5,7 @@
 
 #include "machine/HexText.h"
 #include "machine/MachineState.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Naming.h"
 
 namespace tavinor {
@@ -51,7 +52,7 @@ void BytePanel::showSelectedCell() {
 
 void BytePanel::selectCell(std::int32_t /*address*/, std::int32_t before) {
     // An assistive tool can select a cell without moving the focus; a refusal takes the selection back.
-    if (leaveFocusedBox(window(), grid_)) {
+    if (FocusGate::of(this).pass(grid_)) {
         showSelectedCell();
     } else {
         grid_->showCurrent(before);

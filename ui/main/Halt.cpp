@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "ui/common/FocusGate.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
 #include "ui/common/ScrollingContent.h"
@@ -180,7 +181,7 @@ void Halt::select(WayOut wayOut) {
 void Halt::opt_Click(WayOut wayOut) {
     if (wayOut == selected_) return;
     option(selected_)->setChecked(true);
-    if (leaveFocusedBox(this, option(wayOut))) select(wayOut);
+    if (FocusGate::of(this).pass(option(wayOut))) select(wayOut);
 }
 
 void Halt::closeEvent(QCloseEvent* event) {

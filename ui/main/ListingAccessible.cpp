@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "ui/common/HexBox.h"
+#include "ui/common/FocusGate.h"
 #include "ui/main/ListingPanel.h"
 
 namespace tavinor {
@@ -65,7 +65,7 @@ class ListingRowAccessible : public QAccessibleInterface, public QAccessibleActi
     void doAction(const QString& name) override {
         if (!isValid()) return;
         const std::int32_t address = told_.value_or(view_->address(row_));
-        if (!leaveFocusedBox(view_->window(), view_)) return;
+        if (!FocusGate::of(view_).pass(view_)) return;
         const int row = view_->rowOf(address);
         if (row >= 0) view_->choose(row);
         if (name == toggleAction()) emit view_->toggleAsked(address);

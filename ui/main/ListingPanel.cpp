@@ -7,8 +7,8 @@
 #include <QWheelEvent>
 #include <cstdlib>
 
+#include "ui/common/FocusGate.h"
 #include "ui/common/Fonts.h"
-#include "ui/common/HexBox.h"
 #include "ui/common/Naming.h"
 #include "ui/main/ListingAccessible.h"
 #include "ui/main/ListingRowDelegate.h"
@@ -179,7 +179,7 @@ void ListingPanel::rebuildInPlace() {
 
 void ListingPanel::prg_Click() {
     // An assistive tool can select a row without moving the focus; a refusal takes the selection back.
-    if (!leaveFocusedBox(window(), prg)) {
+    if (!FocusGate::of(this).pass(prg)) {
         showRows();
         return;
     }

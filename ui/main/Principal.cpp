@@ -12,7 +12,7 @@
 #include "assembler/OutputPaths.h"
 #include "assembler/window/Ensamblador.h"
 #include "ui/common/FileDialogs.h"
-#include "ui/common/HexBox.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
@@ -309,7 +309,7 @@ void Principal::Editar_Click() {
 }
 
 void Principal::openDropped(const QString& path, const QString& kind) {
-    if (!leaveFocusedBox(this)) return;
+    if (!FocusGate::of(this).pass()) return;
     if (kind == QStringLiteral("hex")) {
         loadHexFile(path);
     } else {
@@ -318,7 +318,7 @@ void Principal::openDropped(const QString& path, const QString& kind) {
 }
 
 void Principal::listains_Click() {
-    if (leaveFocusedBox(this)) trace_->open();
+    if (FocusGate::of(this).pass()) trace_->open();
 }
 
 void Principal::about_Click() {

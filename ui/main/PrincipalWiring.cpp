@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "ui/common/FileDrops.h"
-#include "ui/common/HexBox.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Naming.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Editor.h"
@@ -99,7 +99,7 @@ void Principal::makeMenus() {
 /// The views show what was shown there: nothing is refreshed first.
 template <typename Way>
 void Principal::goBack(const Way& way) {
-    if (!leaveEditedBox(this) || !simulation_.canGoBack()) return;
+    if (!FocusGate::of(this).passTyped() || !simulation_.canGoBack()) return;
     const std::optional<QString> told = way();
     viewsBehind_ = true;
     showAll();

@@ -10,7 +10,7 @@
 #include "trace/TraceFile.h"
 #include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
-#include "ui/common/HexBox.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
@@ -43,7 +43,7 @@ void Listapasos::makeMenus() {
         QAction* action = menuBar()->addAction(text);
         action->setObjectName(name);
         connect(action, &QAction::triggered, this, [this, act] {
-            if (leaveFocusedBox(this)) guardMemory(this, [this, act] { (this->*act)(); });
+            if (FocusGate::of(this).pass()) guardMemory(this, [this, act] { (this->*act)(); });
         });
         return action;
     };

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "tests/support/RealInput.h"
+#include "ui/common/FocusGate.h"
 
 namespace tavinor {
 
@@ -36,7 +37,7 @@ HexBoxWindow::HexBoxWindow() {
     menu->setObjectName("menu");
     auto* action = menu->addAction("&Opción");
     connect(action, &QAction::triggered, this, [this] {
-        if (leaveFocusedBox(this)) ++menuActions;
+        if (FocusGate::of(this).pass()) ++menuActions;
     });
     connect(button, &CommandButton::command, this, [this] { ++commands; });
     connect(checkBox, &CommandCheckBox::changedByUser, this, [this] { ++changes; });

@@ -1,0 +1,45 @@
+#include "ui/common/FocusGate.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace tavinor {
+
+FocusGate& FocusGate::of(const QWidget* widget) {
+    QWidget* window = widget->window();
+    auto* gate = window->findChild<FocusGate*>(QString(), Qt::FindDirectChildrenOnly);
+    return gate != nullptr ? *gate : *new FocusGate(window);
+}
+
+/// An assistive tool can press what lies behind a modal window; the user cannot.
+bool FocusGate::isInReach() const {
+    const QWidget* modal = QApplication::activeModalWidget();
+    return modal == nullptr || modal == parent();
+}
+
+bool FocusGate::pass(QWidget* next) {
+    if (!isInReach()) return false;
+    HexBox* box = box_;
+    if (box == nullptr) return true;
+    if (!box->leave()) return false;
+    if (next != nullptr) {
+        next->setFocus(Qt::ShortcutFocusReason);
+    } else if (box->hasFocus()) {
+        box->reenter();
+    }
+    return true;
+}
+
+bool FocusGate::passTyped() {
+    return box_ != nullptr && box_->edited() ? pass() : isInReach();
+}
+
+void FocusGate::enter(HexBox* box) {
+    box_ = box;
+}
+
+void FocusGate::leave(const HexBox* box) {
+    if (box_ == box) box_.clear();
+}
+
+}  // namespace tavinor
