@@ -19,9 +19,6 @@ namespace tavinor {
 
 namespace {
 
-/// Far beyond any program: a source of this much is none, and its panes would take many times its memory.
-constexpr std::size_t maximumLines = 2'000'000;
-
 /// The two panes and the result of one run.
 class Run {
   public:
@@ -63,16 +60,15 @@ class Run {
         const OpcodeTable table = creatabla(opcodes);
         for (int i = 0; i < table.rowsOutOfOrder(); ++i) observer_.message(message::badTable);
         observer_.report(0);  // reading it may have taken a while, as may what follows
-        DecodedText decoded = decode(std::move(bytes));
+        DecodedText decoded = decode(std::move(bytes), observer_);
         result_.encoding = decoded.encoding;
         if (decoded.text.empty()) return fail(message::emptyFile);
-        if (countLines(decoded.text) > maximumLines) return fail(message::tooManyLines);
+        if (countLines(decoded.text, observer_) > maximumLines) return fail(message::tooManyLines);
 
         observer_.report(0);
         SourceText source(std::move(decoded.text), observer_);
         Passes passes(table, source, listing_, report_, observer_);
         if (!passes.split() || !passes.place()) return;
-        result_.symbols = passes.symbols();
         result_.assembled = passes.encode(result_.image);
     }
 

@@ -1,15 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "assembler/AssemblyObserver.h"
 #include "assembler/OpcodeSources.h"
-#include "assembler/SymbolTable.h"
 #include "images/HexRecord.h"
 #include "text/TextEncoding.h"
 
@@ -17,12 +16,11 @@ namespace tavinor {
 
 /// What a run of the assembler gave.
 struct AssemblyResult {
-    bool assembled = false;            ///< No error was found and, by `Ensambla`, the HEX file was written.
-    bool cancelled = false;            ///< The observer did not let it go on; the texts end there.
-    std::string listing;               ///< What the listing pane shows: UTF-8, lines end in CR LF.
-    std::string report;                ///< What the report pane shows: the errors, or the HEX records.
-    std::vector<SymbolEntry> symbols;  ///< Empty unless the labels were free of errors.
-    ImageBuffer image{};               ///< All `noByte` after an error.
+    bool assembled = false;  ///< No error was found and, by `Ensambla`, the HEX file was written.
+    bool cancelled = false;  ///< The observer did not let it go on; the texts end there.
+    std::string listing;     ///< What the listing pane shows: UTF-8, lines end in CR LF.
+    std::string report;      ///< What the report pane shows: the errors, or the HEX records.
+    ImageBuffer image{};     ///< All `noByte` after an error.
     TextEncoding encoding = TextEncoding::utf8;  ///< The source's; the listing file has the same.
 };
 
@@ -34,6 +32,8 @@ AssemblyResult assemble(std::string bytes, AssemblyObserver& observer,
 
 /// A longer source, in bytes, is refused.
 constexpr std::uint64_t maximumSourceSize = std::uint64_t{64} << 20;
+/// As is one of more lines: far beyond any program, and its panes would take many times its memory.
+constexpr std::size_t maximumLines = 2'000'000;
 
 /// Assembles the file `file1` and, when there was no error, writes the HEX file `file2` and shows its records
 /// in the report pane. Writes no listing file: see `creafilelst`. @throws std::bad_alloc, with the HEX file

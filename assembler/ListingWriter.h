@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
-#include <vector>
 
 #include "assembler/PaneText.h"
 #include "assembler/SymbolTable.h"
@@ -19,11 +18,12 @@ void listRawLine(PaneText& listing, std::string_view rawLine);
 void listStatement(PaneText& listing, std::int32_t address, std::string_view digits,
                    std::string_view rawLine);
 
-/// The symbol table below the program.
-void listSymbols(PaneText& listing, const std::vector<SymbolEntry>& symbols);
+/// What stands above the symbol table, below the program.
+void listSymbolHeader(PaneText& listing);
+void listSymbol(PaneText& listing, const SymbolEntry& symbol);
 
 /// Writes the listing and one more line end to a file, in the encoding of the source. The file is whole at
-/// every moment: the old one or the new one.
+/// every moment: the old one or the new one. The observer looks in now and then, and cannot end it.
 /// @returns false after any error of the file, when "Error creando fichero" has been sent to the observer.
 bool creafilelst(std::string_view listing, TextEncoding encoding, const std::filesystem::path& path,
                  AssemblyObserver& observer);

@@ -65,6 +65,10 @@ bool Passes::split() {
 }
 
 bool Passes::place() {
+    const auto& statements = source_.statements();
+    symbols_.reserve(static_cast<std::size_t>(
+        std::count_if(statements.begin(), statements.end(),
+                      [](const SourceStatement& statement) { return !statement.label.empty(); })));
     return pass([&](std::size_t i) {
         echo(i);
         setAddress(i);
@@ -121,8 +125,19 @@ bool Passes::encode(ImageBuffer& image) {
         store(statement, image);
         list(i);
     });
-    listSymbols(listing_, symbols());
+    listSymbols();
     return good;
+}
+
+/// There is one line at least.
+void Passes::listSymbols() {
+    constexpr std::size_t symbolsBetween = 4096;
+    listSymbolHeader(listing_);
+    if (symbols_.rows().empty()) listSymbol(listing_, {});
+    for (std::size_t i = 0; i < symbols_.rows().size(); ++i) {
+        if (i % symbolsBetween == 0) observer_.report(1);
+        listSymbol(listing_, symbols_.rows()[i]);
+    }
 }
 
 void Passes::encodeInstruction(std::size_t i) {

@@ -35,8 +35,6 @@ class Passes {
     /// Pass 3: the bytes, into the listing and into `image`; the symbol table follows, errors or not.
     bool encode(ImageBuffer& image);
 
-    [[nodiscard]] std::vector<SymbolEntry> symbols() const { return symbols_.rows(); }
-
   private:
     template <class Work>
     bool pass(Work work);
@@ -53,6 +51,7 @@ class Passes {
     void encodeOperand(std::size_t i, std::string_view operand, NumberContext context);
     void store(const SourceStatement& statement, ImageBuffer& image) const;
     void list(std::size_t i);
+    void listSymbols();
 
     const OpcodeTable& table_;
     SourceText& source_;

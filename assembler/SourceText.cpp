@@ -40,7 +40,7 @@ std::string_view withPlainBlanks(std::string_view line, std::string& space) {
 
 SourceText::SourceText(std::string text, WorkObserver& observer) : text_(std::move(text)) {
     constexpr std::size_t linesBetween = 256;
-    readLines();
+    readLines(observer);
     observer.report(0);
     cleaned_.reserve(text_.size());
     statements_.reserve(rawLines_.size());
@@ -55,8 +55,8 @@ SourceText::SourceText(std::string text, WorkObserver& observer) : text_(std::mo
     if (statements_.empty()) statements_.emplace_back();
 }
 
-void SourceText::readLines() {
-    rawLines_ = splitLines(text_);
+void SourceText::readLines(WorkObserver& observer) {
+    rawLines_ = splitLines(text_, observer);
     const auto first = std::find_if_not(rawLines_.begin(), rawLines_.end(),
                                         [](std::string_view line) { return line.empty(); });
     rawLines_.erase(rawLines_.begin(), first);

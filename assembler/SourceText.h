@@ -48,7 +48,7 @@ class SourceText {
     std::string_view keep(std::string text) { return kept_.emplace_back(std::move(text)); }
 
   private:
-    void readLines();
+    void readLines(WorkObserver& observer);
     std::string_view clean(std::string_view line);
 
     std::string text_;

@@ -2,9 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory_resource>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -13,18 +12,20 @@ namespace tavinor {
 
 /// A label and its value.
 struct SymbolEntry {
-    std::string name;  ///< As written, in upper case.
+    std::string_view name;  ///< As written, in upper case.
     std::int32_t value = 0;
-
-    friend bool operator==(const SymbolEntry&, const SymbolEntry&) = default;
 };
 
-/// The labels in the order of the source, duplicates included; found by name in constant time.
+/// The labels in the order of the source, duplicates included; found by name in constant time. A source may
+/// have two million: their names stay where they are, in the source, which must live as long.
 class SymbolTable {
   public:
     SymbolTable() = default;
-    SymbolTable(const SymbolTable&) = delete;  // the index points into the rows
+    SymbolTable(const SymbolTable&) = delete;  // the index lies in memory of its own
     SymbolTable& operator=(const SymbolTable&) = delete;
+
+    /// Makes room for so many labels, so that the index is not made anew and larger in between.
+    void reserve(std::size_t labels);
 
     /// How many labels have this name already.
     [[nodiscard]] std::size_t count(std::string_view name) const;
@@ -34,17 +35,17 @@ class SymbolTable {
     /// The value of the first label with this name.
     [[nodiscard]] std::optional<std::int32_t> find(std::string_view name) const;
 
-    /// All labels; one entry without a name when there are none.
-    [[nodiscard]] std::vector<SymbolEntry> rows() const;
+    [[nodiscard]] const std::vector<SymbolEntry>& rows() const { return rows_; }
 
   private:
     struct Named {
         std::int32_t firstValue;
-        std::size_t count;
+        std::uint32_t count;
     };
 
-    std::deque<SymbolEntry> rows_;  // rows keep their place, so names in the index stay valid
-    std::unordered_map<std::string_view, Named> byName_;
+    std::vector<SymbolEntry> rows_;
+    std::pmr::monotonic_buffer_resource memory_;  // of which one need not let go label by label
+    std::pmr::unordered_map<std::string_view, Named> byName_{&memory_};
 };
 
 }  // namespace tavinor

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "assembler/window/Ensamblador.h"
@@ -63,6 +64,7 @@ void dismissBox() {
 void measure(const QString& source) {
     QElapsedTimer timer;
     timer.start();
+    std::optional<benchmarks::Heartbeat> closing;
     {
         Ensamblador window(nullptr);
         PaintWatcher paints(window.findChild<QPlainTextEdit*>("filelst")->viewport());
@@ -80,12 +82,14 @@ void measure(const QString& source) {
                         benchmarks::statusMegabytes("VmRSS"), benchmarks::statusMegabytes("VmHWM"));
             poll.stop();
             timer.start();
+            closing.emplace();
             window.findChild<QPushButton*>("cerrar")->click();
         });
         poll.start(1);
         window.assemble(source, source + ".HEX", source + ".LST");
     }
-    std::printf("closed in                    %7lld ms\n", static_cast<long long>(timer.elapsed()));
+    std::printf("closed in                    %7lld ms, the longest time without an event %lld ms\n",
+                static_cast<long long>(timer.elapsed()), static_cast<long long>(closing->longestPause()));
 }
 
 /// The file that the argument names, or one with as many lines.

@@ -31,9 +31,11 @@ std::size_t skipOrdinary(std::string_view text, std::size_t position) {
 
 /// Calls `line` with every line of `text`.
 template <class Line>
-void forEachLine(std::string_view text, Line line) {
+void forEachLine(std::string_view text, WorkObserver& observer, Line line) {
+    ByteCount count(observer);
     std::size_t start = 0;
     for (std::size_t i = skipOrdinary(text, 0); i < text.size(); i = skipOrdinary(text, i)) {
+        count.at(i);
         const std::size_t end = lineEndAt(text, i);
         if (end > 0) line(text.substr(start, i - start));
         i += end > 0 ? end : 1;
@@ -57,16 +59,16 @@ std::size_t lineEndAt(std::string_view text, std::size_t position) {
     }
 }
 
-std::vector<std::string_view> splitLines(std::string_view text) {
+std::vector<std::string_view> splitLines(std::string_view text, WorkObserver& observer) {
     std::vector<std::string_view> lines;
-    lines.reserve(countLines(text));
-    forEachLine(text, [&lines](std::string_view line) { lines.push_back(line); });
+    lines.reserve(countLines(text, observer));
+    forEachLine(text, observer, [&lines](std::string_view line) { lines.push_back(line); });
     return lines;
 }
 
-std::size_t countLines(std::string_view text) {
+std::size_t countLines(std::string_view text, WorkObserver& observer) {
     std::size_t count = 0;
-    forEachLine(text, [&count](std::string_view /*line*/) { ++count; });
+    forEachLine(text, observer, [&count](std::string_view /*line*/) { ++count; });
     return count;
 }
 

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "files/WorkObserver.h"
+
 namespace tavinor {
 
 /// The bytes of the line end at `position` (inside UTF-8 `text`): CR LF, LF, CR, or one of the three that
@@ -12,9 +14,11 @@ std::size_t lineEndAt(std::string_view text, std::size_t position);
 
 /// The lines of UTF-8 `text` without their ends. The last line needs no end, and an end at the very end
 /// begins no further line. The views point into `text`.
-std::vector<std::string_view> splitLines(std::string_view text);
+/// @throws Cancelled by `observer`
+std::vector<std::string_view> splitLines(std::string_view text, WorkObserver& observer);
 
 /// How many lines `splitLines` gives.
-std::size_t countLines(std::string_view text);
+/// @throws Cancelled by `observer`
+std::size_t countLines(std::string_view text, WorkObserver& observer);
 
 }  // namespace tavinor

@@ -40,10 +40,12 @@ std::optional<char> toWindows1252(char32_t c) {
     return static_cast<char>(firstSpecial + static_cast<std::size_t>(found - specials.begin()));
 }
 
-std::string windows1252ToUtf8(std::string_view bytes) {
+std::string windows1252ToUtf8(std::string_view bytes, WorkObserver& observer) {
+    ByteCount count(observer);
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     for (std::size_t i = 0; i < bytes.size();) {
+        count.at(i);
         const std::size_t ascii = skipAscii(bytes, i);
         text.append(bytes, i, ascii - i);
         if (ascii < bytes.size()) appendUtf8(text, fromWindows1252(static_cast<std::uint8_t>(bytes[ascii])));
@@ -67,12 +69,12 @@ std::string utf8ToWindows1252(std::string_view text) {
 }
 
 /// Nothing when there is no mark, or what follows it is malformed.
-std::optional<DecodedText> decodeUtf16(std::string_view bytes) {
+std::optional<DecodedText> decodeUtf16(std::string_view bytes, WorkObserver& observer) {
     if (!hasUtf16Mark(bytes)) return std::nullopt;
     const bool little = bytes.starts_with(littleEndianMark);
     bytes.remove_prefix(littleEndianMark.size());
     std::optional<std::string> text =
-        utf16ToUtf8(bytes, little ? ByteOrder::littleEndian : ByteOrder::bigEndian);
+        utf16ToUtf8(bytes, little ? ByteOrder::littleEndian : ByteOrder::bigEndian, observer);
     if (!text) return std::nullopt;
     return DecodedText{std::move(*text),
                        little ? TextEncoding::utf16LittleEndian : TextEncoding::utf16BigEndian};
@@ -84,11 +86,11 @@ bool hasUtf16Mark(std::string_view bytes) {
     return bytes.starts_with(littleEndianMark) || bytes.starts_with(bigEndianMark);
 }
 
-DecodedText decode(std::string bytes) {
-    if (std::optional<DecodedText> decoded = decodeUtf16(bytes)) return std::move(*decoded);
+DecodedText decode(std::string bytes, WorkObserver& observer) {
+    if (std::optional<DecodedText> decoded = decodeUtf16(bytes, observer)) return std::move(*decoded);
     const bool marked = bytes.starts_with(utf8Mark);
     if (marked) bytes.erase(0, utf8Mark.size());
-    if (!isUtf8(bytes)) return {windows1252ToUtf8(bytes), TextEncoding::windows1252};
+    if (!isUtf8(bytes, observer)) return {windows1252ToUtf8(bytes, observer), TextEncoding::windows1252};
     return {std::move(bytes), marked ? TextEncoding::markedUtf8 : TextEncoding::utf8};
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "files/WorkObserver.h"
+
 /// The text files of the program: sources may be UTF-8, UTF-16 or Windows-1252, and are written back as they
 /// came. Inside the program every text is UTF-8.
 namespace tavinor {
@@ -28,7 +30,8 @@ bool hasUtf16Mark(std::string_view bytes);
 /// is), and Windows-1252 when they are neither. A UTF-8 byte-order mark is skipped there too. The five bytes
 /// that Windows-1252 leaves undefined become the control characters of the same number, so decoding never
 /// loses anything.
-DecodedText decode(std::string bytes);
+/// @throws Cancelled by `observer`
+DecodedText decode(std::string bytes, WorkObserver& observer);
 
 /// Whether every character of `text` exists in `encoding`.
 bool canEncode(std::string_view text, TextEncoding encoding);

@@ -85,6 +85,11 @@ Utf8Character utf8At(std::string_view text, std::size_t position) {
     return {};
 }
 
+std::size_t beginningOfCharacter(std::string_view text, std::size_t position) {
+    while (position > 0 && position < text.size() && (byteAt(text, position) & 0xC0U) == 0x80U) --position;
+    return position;
+}
+
 void appendUtf8(std::string& text, char32_t character) {
     std::size_t length = forms.size();
     while (length > 1 && character < forms[length - 1].least) --length;
@@ -105,8 +110,10 @@ std::size_t skipAscii(std::string_view text, std::size_t position) {
     return position;
 }
 
-bool isUtf8(std::string_view bytes) {
+bool isUtf8(std::string_view bytes, WorkObserver& observer) {
+    ByteCount count(observer);
     for (std::size_t i = skipAscii(bytes, 0); i < bytes.size(); i = skipAscii(bytes, i)) {
+        count.at(i);
         const std::size_t length = utf8At(bytes, i).length;
         if (length == 0) return false;
         i += length;
@@ -114,11 +121,13 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
-std::optional<std::string> utf16ToUtf8(std::string_view bytes, ByteOrder order) {
+std::optional<std::string> utf16ToUtf8(std::string_view bytes, ByteOrder order, WorkObserver& observer) {
     if (bytes.size() % unitSize != 0) return std::nullopt;
     std::string text;
     text.reserve(bytes.size() / unitSize + bytes.size() / (4 * unitSize));
+    ByteCount count(observer);
     for (std::size_t i = 0; i < bytes.size(); i += unitSize) {
+        count.at(i);
         char32_t c = unitAt(bytes, i, order);
         if (isHigh(c)) {
             i += unitSize;

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cstdint>
 
 #include "assembler/Ensambla.h"
 #include "assembler/ListingWriter.h"
@@ -28,9 +30,13 @@ namespace tavinor {
 
 namespace {
 
-/// What a byte of a source of short statements takes, about: in the assembler's tables, its listing and the
-/// pane.
-constexpr std::uint64_t memoryOfAByte = 80;
+/// What a source of so many bytes takes at the most, in the assembler's tables, its listing and the pane:
+/// measured with the shortest lines and with the longest.
+std::uint64_t memoryOf(std::uint64_t size) {
+    constexpr std::uint64_t ofAByte = 4;
+    constexpr std::uint64_t ofALine = 230;
+    return size * ofAByte + std::min<std::uint64_t>(size, maximumLines) * ofALine;
+}
 
 /// A screen reader says the path, and then what it is the path of.
 PathLabel* pathLabel(const char* name, const char* description, QWidget* parent) {
@@ -121,7 +127,7 @@ void Ensamblador::run() {
 
 void Ensamblador::assembleFiles() {
     const auto size = static_cast<std::uint64_t>(QFileInfo(file1->text()).size());
-    if (size <= maximumSourceSize) requireMemory(size * memoryOfAByte);  // a longer one is refused
+    if (size <= maximumSourceSize) requireMemory(memoryOf(size));  // a longer one is refused
     PaneFeeder feeder(filelst, filehex, this);
     const AssemblyResult result = Ensambla(toPath(file1->text()), toPath(file2->text()), feeder);
     feeder.finish();

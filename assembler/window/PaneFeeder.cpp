@@ -5,8 +5,8 @@
 #include <QScrollBar>
 #include <QTextCursor>
 #include <algorithm>
+#include <utility>
 
-#include "assembler/window/LongLines.h"
 #include "ui/common/MessageBoxes.h"
 
 namespace tavinor {
@@ -36,8 +36,8 @@ qsizetype firstPiece(const QByteArray& text, qsizetype size) {
 }  // namespace
 
 PaneFeeder::PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget* window)
-    : listing_{listing, {}},
-      report_{report, {}},
+    : listing_{.pane = listing, .waiting = {}, .lines = {}},
+      report_{.pane = report, .waiting = {}, .lines = {}},
       window_(window),
       progress_(std::in_place, window,
                 WorkTexts{QStringLiteral("Ensamblando el fichero..."), QStringLiteral("Parte ensamblada")}) {
@@ -45,18 +45,14 @@ PaneFeeder::PaneFeeder(QPlainTextEdit* listing, QPlainTextEdit* report, QWidget*
 }
 
 void PaneFeeder::cleared(Pane pane) {
-    feed(pane).waiting.clear();
-    feed(pane).clearFirst = true;
+    feed(pane) = {.pane = feed(pane).pane, .waiting = {}, .clearFirst = true, .lines = {}};
 }
 
 void PaneFeeder::appended(Pane pane, std::string_view text) {
     if (cancelled_) return;
-    QByteArray& waiting = feed(pane).waiting;
-    if (text.size() <= longestPaneLine) {
-        waiting.append(text.data(), static_cast<qsizetype>(text.size()));
-    } else {
-        waiting.append(withoutLongLines(text));
-    }
+    QByteArray lines;
+    feed(pane).lines.append(lines, text);
+    feed(pane).waiting.push_back(std::move(lines));
     if (sinceShown_.elapsed() < showPeriod) return;
     showPieces();
     sinceShown_.restart();
@@ -64,16 +60,25 @@ void PaneFeeder::appended(Pane pane, std::string_view text) {
 
 /// The passes are about half of the work, and bringing their texts into the panes is the other half.
 bool PaneFeeder::goesOn(double done) {
+    if (!progress_) QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     return tellProgress(done / 2);
 }
 
 bool PaneFeeder::passesOver() {
-    const auto all = static_cast<double>(waiting());
-    while (waiting() > 0) {
+    const auto all = static_cast<double>(waitingSize());
+    while (isWaiting()) {
         showPieces();
-        if (!tellProgress(1 - static_cast<double>(waiting()) / all / 2)) return false;
+        if (!tellProgress(1 - static_cast<double>(waitingSize()) / all / 2)) return false;
     }
     return true;
+}
+
+qsizetype PaneFeeder::waitingSize() const {
+    qsizetype size = 0;
+    for (const auto* waiting : {&listing_.waiting, &report_.waiting}) {
+        for (const QByteArray& lines : *waiting) size += lines.size();
+    }
+    return size;
 }
 
 bool PaneFeeder::tellProgress(double done) {
@@ -91,7 +96,7 @@ void PaneFeeder::message(std::string_view text) {
 }
 
 void PaneFeeder::finish() {
-    while (waiting() > 0) showPieces();
+    while (isWaiting()) showPieces();
     progress_.reset();
 }
 
@@ -110,12 +115,14 @@ void PaneFeeder::showPieces() {
 void PaneFeeder::showPiece(Feed& feed) {
     if (feed.clearFirst) feed.pane->clear();
     feed.clearFirst = false;
-    if (feed.waiting.isEmpty()) return;
-    const qsizetype length = firstPiece(feed.waiting, pieceSize_);
+    if (feed.waiting.empty()) return;
+    QByteArray& waiting = feed.waiting.front();
+    const qsizetype length = firstPiece(waiting, pieceSize_);
     QTextCursor end(feed.pane->document());
     end.movePosition(QTextCursor::End);
-    end.insertText(QString::fromUtf8(feed.waiting.left(length)));
-    feed.waiting.remove(0, length);
+    end.insertText(QString::fromUtf8(QByteArrayView(waiting).first(length)));
+    waiting.remove(0, length);
+    if (waiting.isEmpty()) feed.waiting.pop_front();
     feed.pane->verticalScrollBar()->setValue(feed.pane->verticalScrollBar()->maximum());
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QByteArray>
 #include <QElapsedTimer>
 #include <QString>
+#include <deque>
 #include <optional>
 
 #include "assembler/AssemblyObserver.h"
+#include "assembler/window/LongLines.h"
 #include "ui/common/WorkProgress.h"
 
 class QPlainTextEdit;
@@ -28,19 +31,22 @@ class PaneFeeder : public AssemblyObserver {
     bool goesOn(double done) override;
     bool passesOver() override;
 
-    /// Shows what has come and was not shown yet. There is nothing to cancel any more.
+    /// Shows what has come and was not shown yet. There is nothing to cancel any more, but
+    /// the window goes on to be painted when it is told how far the work is.
     void finish();
 
   private:
     /// A pane and the text that waits to be shown at its end.
     struct Feed {
         QPlainTextEdit* pane;
-        QByteArray waiting;
+        std::deque<QByteArray> waiting;  ///< As it came, so that memory goes with what has been shown.
         bool clearFirst = false;
+        LongLines lines;
     };
 
     Feed& feed(Pane pane) { return pane == Pane::listing ? listing_ : report_; }
-    [[nodiscard]] qsizetype waiting() const { return listing_.waiting.size() + report_.waiting.size(); }
+    [[nodiscard]] bool isWaiting() const { return !listing_.waiting.empty() || !report_.waiting.empty(); }
+    [[nodiscard]] qsizetype waitingSize() const;
     bool tellProgress(double done);
     void showPieces();
     void showPiece(Feed& feed);

@@ -19,7 +19,7 @@ class Folder:
 
 FOLDERS = {
     "files": Folder(core=True),
-    "text": Folder(core=True),
+    "text": Folder(includes=("files",), core=True),
     "machine": Folder(core=True),
     "history": Folder(includes=("machine",), core=True),
     "images": Folder(includes=("files", "machine"), core=True),
@@ -29,7 +29,7 @@ FOLDERS = {
     "ui/common": Folder(includes=("files", "machine")),
     "ui/trace": Folder(includes=("simulation", "trace", "ui/common"), face=("Listapasos.h",)),
     "ui/editor": Folder(includes=("files", "text", "ui/common"), face=("Editor.h",)),
-    "assembler/window": Folder(includes=("assembler", "ui/common"), face=("Ensamblador.h",)),
+    "assembler/window": Folder(includes=("assembler", "text", "ui/common"), face=("Ensamblador.h",)),
     "ui/main": Folder(
         includes=(
             "machine", "images", "trace", "simulation", "assembler", "assembler/window", "ui/common", "ui/editor",

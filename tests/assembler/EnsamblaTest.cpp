@@ -39,7 +39,6 @@ class Files : public testing::Test {
         EXPECT_FALSE(result.assembled);
         EXPECT_EQ(result.listing, line);
         EXPECT_EQ(result.report, line);
-        EXPECT_TRUE(result.symbols.empty());
     }
 
     [[nodiscard]] Events names() const {
@@ -219,6 +218,34 @@ TEST_F(Files, ListingIsWrittenWithOneMoreLineEnd) {
     EXPECT_TRUE(observer_.messages.empty());
 }
 
+/// A window has to answer meanwhile, and no character may be torn apart.
+TEST_F(Files, LongListingIsWrittenByPieces) {
+    struct CountingObserver : AssemblyObserver {
+        bool goesOn(double /*done*/) override {
+            ++calls;
+            return false;  // which ends nothing
+        }
+        int calls = 0;
+    } observer;
+    const fs::path path = directory_ / "prog.LST";
+    std::string listing;
+    std::string inUtf16 = "\xFE\xFF";
+    std::string inWindows1252;
+    constexpr int characters = 600'001;
+    for (int i = 0; i < characters; ++i) {
+        listing += "\u00F1";
+        inUtf16.append("\0\xF1", 2);
+        inWindows1252 += '\xF1';
+    }
+    EXPECT_TRUE(creafilelst(listing, TextEncoding::utf8, path, observer));
+    EXPECT_TRUE(readBytes(path) == listing + "\r\n");
+    EXPECT_GE(observer.calls, 2);
+    EXPECT_TRUE(creafilelst(listing, TextEncoding::windows1252, path, observer));
+    EXPECT_TRUE(readBytes(path) == inWindows1252 + "\r\n");
+    EXPECT_TRUE(creafilelst(listing, TextEncoding::utf16BigEndian, path, observer));
+    EXPECT_TRUE(readBytes(path) == inUtf16.append("\0\r\0\n", 4));
+}
+
 TEST_F(Files, ListingCannotBeWritten) {
     const fs::path listing = directory_ / "prog.LST";
     writeBytes(listing, "old");
@@ -337,7 +364,7 @@ TEST_F(Files, AProgramMayEndAtTheLastCell) {
     EXPECT_EQ(result.image[0xFFF0], 1);
     EXPECT_EQ(result.image[0xFFFE], 0x3E);
     EXPECT_EQ(result.image[0xFFFF], 0x05);
-    EXPECT_EQ(result.symbols, (std::vector<SymbolEntry>{{"FIN", 0x10000}}));
+    EXPECT_TRUE(result.listing.ends_with("---\r\nFIN\t0000\r\n"));
     EXPECT_EQ(readBytes(hex_), ":10FFF0000102030405060708090A0B0C0D0E3E0555\r\n:00000001FF\r\n");
 }
 
@@ -351,11 +378,11 @@ TEST_F(Files, AProgramMayNotGoBeyondTheLastCell) {
     EXPECT_TRUE(runText(" ORG 0FFFFH\n NOP\n").assembled);
 }
 
-TEST(Result, HoldsTheSymbols) {
-    const AssemblyResult result = assembled("B: NOP\nA: EQU 7\n");
-    EXPECT_EQ(result.symbols, (std::vector<SymbolEntry>{{"B", 0}, {"A", 7}}));
-    EXPECT_TRUE(assembled("B: NOP\nB: NOP\n").symbols.empty());
-    EXPECT_EQ(assembled("B: JMP X\n").symbols.size(), 1U);
+TEST(Result, ListsTheSymbols) {
+    EXPECT_TRUE(assembled("B: NOP\nA: EQU 7\n").listing.ends_with("---\r\nB\t0000\r\nA\t0007\r\n"));
+    EXPECT_EQ(assembled("B: NOP\nB: NOP\n").listing.find("TABLA DE SIMBOLOS"), std::string::npos);
+    EXPECT_TRUE(assembled("B: JMP X\n").listing.ends_with("---\r\nB\t0000\r\n"));
+    EXPECT_TRUE(assembled(" NOP\n").listing.ends_with("---\r\n\t0000\r\n"));
 }
 
 /// Counts lines and does not mind how many.

@@ -51,7 +51,8 @@ AssemblyResult assembled(std::string_view source) {
 }
 
 std::vector<std::string> linesOf(std::string_view text) {
-    const std::vector<std::string_view> lines = splitLines(text);
+    WorkObserver unobserved;
+    const std::vector<std::string_view> lines = splitLines(text, unobserved);
     return {lines.begin(), lines.end()};
 }
 

@@ -31,7 +31,8 @@ struct Panes : AssemblyObserver {
 void expectLoads(const ImageBuffer& image) {
     const std::string records = hexRecords(image);
     fuzz::Machine host;
-    for (const std::string_view line : splitLines(records)) {
+    WorkObserver unobserved;
+    for (const std::string_view line : splitLines(records, unobserved)) {
         std::string record(line);
         try {
             const RecordCode code = extlinfic(record, host.machine, host);
@@ -55,7 +56,8 @@ void expectSound(const AssemblyResult& result) {
     expect(result.assembled || errors, "a failure is explained");
     expect(result.assembled == result.report.empty(), "the report is for errors");
     expect(result.listing.ends_with("\r\n"), "whole lines");
-    expect(isUtf8(result.listing) && isUtf8(result.report), "texts are UTF-8");
+    WorkObserver unobserved;
+    expect(isUtf8(result.listing, unobserved) && isUtf8(result.report, unobserved), "texts are UTF-8");
     expect(canEncode(result.listing, result.encoding), "the listing can be written like the source");
     const bool empty = std::all_of(result.image.begin(), result.image.end(),
                                    [](std::int16_t cell) { return cell == noByte; });

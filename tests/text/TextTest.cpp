@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "text/Characters.h"
@@ -19,6 +22,27 @@ std::string everyByte() {
     for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
     return bytes;
 }
+
+DecodedText decode(std::string bytes) {
+    WorkObserver unobserved;
+    return decode(std::move(bytes), unobserved);
+}
+bool isUtf8(std::string_view bytes) {
+    WorkObserver unobserved;
+    return isUtf8(bytes, unobserved);
+}
+std::vector<std::string_view> splitLines(std::string_view text) {
+    WorkObserver unobserved;
+    return splitLines(text, unobserved);
+}
+
+/// Counts how often it is asked, and ends the work when it has been asked too often.
+struct CountingObserver : WorkObserver {
+    explicit CountingObserver(int most) : left(most) {}
+    bool goesOn(double /*done*/) override { return --left >= 0; }
+
+    int left;
+};
 
 std::string upperCased(std::string text) {
     upperCase(text);
@@ -164,8 +188,32 @@ TEST(Lines, EndWhereOtherProgramsEndThem) {
 }
 
 TEST(Lines, AreCounted) {
+    WorkObserver unobserved;
     for (const std::string_view text : {"", "a", "a\r\nb\nc\rd", "\n\r", "\r\n", "a\u2028b\u0085"}) {
-        EXPECT_EQ(countLines(text), splitLines(text).size()) << text;
+        EXPECT_EQ(countLines(text, unobserved), splitLines(text).size()) << text;
+    }
+}
+
+/// A window has to answer while a text of many megabytes is read.
+TEST(LongTexts, CanBeObservedAndCancelled) {
+    constexpr std::size_t size = std::size_t{4} * 1024 * 1024;
+    const std::string lines = encode(std::string(size, '\n'), TextEncoding::utf16LittleEndian);
+    std::string mixed;
+    while (mixed.size() < size) mixed += "\u00F1a";
+    const std::vector<std::function<void(WorkObserver&)>> works{
+        [&](WorkObserver& observer) { decode(lines, observer); },
+        [&](WorkObserver& observer) { decode(std::string(size, '\xF1'), observer); },
+        [&](WorkObserver& observer) { decode(mixed, observer); },
+        [&](WorkObserver& observer) { splitLines(lines, observer); },
+        [&](WorkObserver& observer) { countLines(lines, observer); },
+    };
+    for (const auto& work : works) {
+        constexpr int plenty = 1000;
+        CountingObserver observer(plenty);
+        work(observer);
+        EXPECT_LT(observer.left, plenty - 8);
+        CountingObserver ending(3);
+        EXPECT_THROW(work(ending), Cancelled);
     }
 }
 

@@ -34,8 +34,9 @@ SourceFile tooLarge(const QString& reason) {
 
 SourceFile decodeSource(std::string bytes) {
     if (bytes.empty()) return {.state = SourceFile::State::empty, .encoding = {}, .text = {}};
+    WorkObserver patient;
     const bool utf16 = hasUtf16Mark(bytes);
-    const DecodedText decoded = decode(std::move(bytes));
+    const DecodedText decoded = decode(std::move(bytes), patient);
     if (utf16 && decoded.encoding == TextEncoding::windows1252) return {};
     QString text = sourceCharacters(fromUtf8(decoded.text));
     const SourceExtent extent = extentOf(text);

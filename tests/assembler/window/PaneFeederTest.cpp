@@ -3,6 +3,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBlock>
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -55,6 +56,35 @@ class PaneFeederTest : public QObject {
         feeder.finish();
         QCOMPARE(listing.blockCount(), lines + 1);
         QVERIFY2(most <= PaneFeeder::mostLinesOfAPiece, qPrintable(QString::number(most)));
+    }
+
+    /// Qt lays out all that is in view at every paint.
+    void longLinesHaveSoMuchRoomTogether() {
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, nullptr);
+        const std::string line = std::string(100'000, 'x') + '\n';
+        for (int lines = 0; lines < 3; ++lines) feeder.appended(Pane::listing, line);
+        feeder.finish();
+        QCOMPARE(listing.document()->findBlockByNumber(1).length(), 100'001);
+        QVERIFY(listing.document()->findBlockByNumber(2).length() < 2000);
+        QCOMPARE(listing.toPlainText().remove('\n').size(), 300'000);
+        feeder.cleared(Pane::listing);
+        feeder.appended(Pane::listing, line);
+        feeder.finish();
+        QCOMPARE(listing.document()->firstBlock().length(), 100'001);
+    }
+
+    /// Qt looks for them in all fonts there are.
+    void strangeCharactersTakeMoreRoom() {
+        QPlainTextEdit listing;
+        QPlainTextEdit report;
+        PaneFeeder feeder(&listing, &report, nullptr);
+        feeder.appended(Pane::listing, std::string(20'000, '\0') + '\n');
+        feeder.appended(Pane::listing, std::string(20'000, '\t') + '\n');
+        feeder.finish();
+        QVERIFY(listing.document()->firstBlock().length() < 2000);
+        QCOMPARE(listing.document()->lastBlock().previous().length(), 20'001);
     }
 
     void aBoxComesWhenAllThatWasSaidBeforeIsShown() {

@@ -252,7 +252,7 @@ class WindowTest : public QObject {
     }
 
     void breaksOnlyLinesBeyondAllCode() {
-        const QByteArray longest = " NOP ;" + QByteArray(130'000, 'x');
+        const QByteArray longest = " NOP ;" + QByteArray(230'000, 'x');
         const QByteArray longer = " NOP ;x" + QString(70'000, u'ñ').toUtf8();
         user_->write("ancho.asm", longest + "\r\n nop\r\n" + longer + "\r\n");
         const Shown shown = user_->assemble("ancho.asm");
