@@ -212,6 +212,10 @@ class BytePanelsTest : public QObject {
         s_->enter("txtDatMem", "12");
         QCOMPARE(s_->currentAddress("grdmem"), 0x3000);
         QCOMPARE(firstVisibleRow("grdmem"), row);
+        s_->clickCell("grdport", 0x42);
+        s_->box("txtDirPort")->showText("1F");
+        s_->enter("txtDatPort", "12");
+        QCOMPARE(s_->currentAddress("grdport"), 0x1F);
     }
 
     void anUntouchedDataBoxWritesToo() {

@@ -113,6 +113,16 @@ class ListingPanelTest : public QObject {
         QCOMPARE(s_->entryRow(), entry);
     }
 
+    void theCountersRowAloneIsMarked() {
+        for (int counter = 0; counter < 3; ++counter) {
+            for (int row = 0; row < 5; ++row) {
+                const QVariant marked = s_->listing()->item(row)->data(ListingView::programCounterRole);
+                QCOMPARE(marked.toBool(), row == counter);
+            }
+            s_->press("Eje_paso");
+        }
+    }
+
     void aDoubleClickSetsABreakpoint() {
         s_->load(0, QByteArray::fromHex("3E05C30020"));
         const QStringList before = s_->rows();
