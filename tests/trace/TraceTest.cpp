@@ -138,6 +138,21 @@ TEST_F(TraceTest, AnInstructionThatFailedKeepsNoRegisters) {
     expectEqual();
 }
 
+/// The boxes show again what they showed before it, but its row shows nothing.
+TEST_F(TraceTest, AfterAnInstructionThatFailedTheNextHasAStateRow) {
+    const auto atTheTop = [](Registers& r) {
+        r.PC = 0xFFFF;
+        r.SP = 0;
+    };
+    traced.load({0xFF}, 0xFFFF);
+    traced.edit(atTheTop);
+    EXPECT_FALSE(traced.step());
+    traced.edit(atTheTop);
+    EXPECT_FALSE(traced.step());
+    EXPECT_EQ(column(2), Texts({"", "RST 7", "", "RST 7"}));
+    expectEqual();
+}
+
 TEST_F(TraceTest, RegistersThatWereNeverWrittenAreNoZeros) {
     traced.edit([](Registers& r) { r.PC = 0xFFFF; });
     traced.load({0xFF}, 0xFFFF);
@@ -164,8 +179,22 @@ TEST_F(TraceTest, AnInstructionAtTheTopReadsItsOperandsFromTheBottom) {
 TEST_F(TraceTest, ClearedInTheMiddleOfAStepTheListStartsWithAStateRow) {
     traced.load({0x00, 0x76, 0x3C});
     traced.onHalt = [this] { traced.clear(); };
-    traced.steps(3);
+    traced.steps(2);
+    EXPECT_EQ(column(2), Texts({""}));
+    traced.step();
     EXPECT_EQ(column(2), Texts({"", "INR A"}));
+    expectEqual();
+}
+
+TEST_F(TraceTest, AHaltHasNoRegistersBeforeItsWayOut) {
+    traced.load({0x76});
+    Texts within;
+    traced.onHalt = [&] {
+        if (within.empty()) within = column(13);  // the plain machine halts later
+    };
+    traced.step();
+    EXPECT_EQ(within, Texts({"0000", ""}));
+    EXPECT_EQ(column(13), Texts({"0000", "0001"}));
     expectEqual();
 }
 
