@@ -19,7 +19,7 @@ TEST(RowScale, OneStepIsOneRowAsLongAsTheRowsFit) {
 
 TEST(RowScale, BeyondThatTheEndsAreExactAndTheMiddleIsTheMiddle) {
     for (const std::uint64_t last :
-         {rowscale::longestBar + 1, std::uint64_t{7000000000}, std::uint64_t{1} << 60}) {
+         {rowscale::longestBar + 1, std::uint64_t{7000000000}, (std::uint64_t{1} << 60) - 1}) {
         const int maximum = rowscale::barMaximum(last);
         EXPECT_EQ(maximum, static_cast<int>(rowscale::longestBar));
         EXPECT_EQ(rowscale::barValue(0, last), 0);
