@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMainWindow>
 #include <QScrollBar>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "tests/memory/User.h"
 #include "tests/support/RealInput.h"
 #include "ui/common/FileDrops.h"
+#include "ui/main/BytePanel.h"
 #include "ui/main/ListingPanel.h"
 #include "ui/main/Principal.h"
 
@@ -93,6 +95,27 @@ class MachineOutOfMemoryTest : public QObject {
             }
         }
         qFatal("there is no window of the trace");
+    }
+    static QAction* clear() { return traceWindow()->findChild<QAction*>(QStringLiteral("borrar")); }
+    [[nodiscard]] QAction* wayBack(const char* name) const {
+        return principal_->findChild<QAction*>(QString::fromLatin1(name));
+    }
+    [[nodiscard]] const Trace& trace() const { return principal_->trace(); }
+    /// The machine and how many rows there are.
+    [[nodiscard]] QString state() const {
+        const MachineState& m = machine();
+        QString text;
+        for (const int value : {m.PSW, m.BC, m.DE, m.HL, m.PC, m.SP})
+            text += QString::number(value, 16) + ' ';
+        const QByteArray bytes(reinterpret_cast<const char*>(m.mem.data()), memorySize);
+        return text + QString::number(qHash(bytes), 16) + ", rows: " + QString::number(trace().size());
+    }
+    /// A trace of one run, from the beginning to the end.
+    void recordRun() const {
+        button("Reset")->click();
+        clear()->trigger();
+        do button("Ejecutar")->click();
+        while (machine().PC != programEnd);
     }
     /// The trace of two runs, in its window.
     QMainWindow* recordedTrace() const {
@@ -199,6 +222,99 @@ class MachineOutOfMemoryTest : public QObject {
             if (!done && told) button("Ejecutar")->click();
             const bool good = stopped && (told || user.boxes.isEmpty()) && (told || done) && programIsDone();
             if (!good) qWarning() << number << user.boxes << stopped << machine().PC;
+            return good;
+        });
+        QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
+    }
+
+    /// What was entered is there. The way back is there too, or there is none: then nothing is recorded.
+    void editing() {
+        prepare();
+        BytePanel* memory = nullptr;
+        for (auto* panel : principal_->findChildren<BytePanel*>()) {
+            if (panel->findChild<QWidget*>(QStringLiteral("grdmem")) != nullptr) memory = panel;
+        }
+        constexpr int edits = 12;  // the last one is more than a history has room for without asking
+        int ended = 0;
+        const int refused = refuseEach([&](int number) {
+            button("Reset")->click();
+            clear()->trigger();
+            const QString before = state();
+            const int byte = 1 + number % 255;
+            const User user(number);
+            for (int i = 0; i < edits; ++i) {
+                if (i == edits - 1) user.start();
+                emit memory->byteEntered(0x4000 + i, byte);
+                button("Eje_paso")->click();
+            }
+            const bool told = user.wasToldOfMemory();
+            bool good = told || user.boxes.isEmpty();
+            for (int i = 0; i < edits; ++i) good = good && at(0x4000 + i) == byte;
+            const QString after = state();
+            const bool recorded = trace().history().recording();
+            if (!recorded) ++ended;
+            for (int step = 0; step < 2 * edits; ++step) wayBack("pasoAtras")->trigger();
+            good = good && state() == (recorded ? before : after);
+            if (!good) qWarning() << number << user.boxes << recorded << before << after << state();
+            return good;
+        });
+        QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
+        QVERIFY(ended >= 1);
+    }
+
+    /// The rows are gone, and the next ones are recorded, at once or after clearing again.
+    void clearing() {
+        prepare();
+        const int refused = refuseEach([&](int number) {
+            recordRun();
+            const User user(number);
+            user.start();
+            clear()->trigger();
+            const bool told = user.wasToldOfMemory();
+            bool good = trace().empty() && (told || user.boxes.isEmpty());
+            wayBack("pasoAtras")->trigger();  // there is nothing to undo
+            good = good && programIsDone();
+            if (told) clear()->trigger();
+            button("Reset")->click();  // from the HLT at the end
+            button("Eje_paso")->click();
+            good = good && trace().history().recording() && trace().size() == 2;
+            if (!good) qWarning() << number << user.boxes << state();
+            return good;
+        });
+        QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
+    }
+
+    void goingBack_data() {
+        QTest::addColumn<QByteArray>("way");
+        for (const char* way : {"pasoAtras", "atrasPunto", "atrasCasilla", "alPrincipio"}) {
+            QTest::newRow(way) << QByteArray(way);
+        }
+    }
+    /// A step back or a search is done whole, or not at all; then it can be done again.
+    void goingBack() {
+        QFETCH(QByteArray, way);
+        prepare();
+        toggleBreakpoint(0x23);
+        auto* grid = principal_->findChild<QTableView*>(QStringLiteral("grdmem"));
+        grid->setCurrentIndex(grid->model()->index(0x100, 0));
+        recordRun();
+        recordRun();  // from what the one before has left in memory, as all that follow
+        const QString before = state();
+        wayBack(way)->trigger();
+        const QString after = state();
+        QVERIFY(after != before);
+        const int refused = refuseEach([&](int number) {
+            recordRun();
+            const User user(number);
+            user.start();
+            wayBack(way)->trigger();
+            const bool told = user.wasToldOfMemory();
+            const QString now = state();
+            if (told && now == before) wayBack(way)->trigger();
+            bool good = state() == after && (told || user.boxes.isEmpty());
+            while (machine().PC != programEnd) button("Ejecutar")->click();
+            good = good && programIsDone();
+            if (!good) qWarning() << number << user.boxes << before << after << now << state();
             return good;
         });
         QVERIFY2(refused >= 1, qPrintable(QString::number(refused)));
