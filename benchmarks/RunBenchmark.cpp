@@ -3,16 +3,12 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QListWidget>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <string>
@@ -20,6 +16,7 @@
 #include <unistd.h>
 
 #include "benchmarks/IdleLoop.h"
+#include "benchmarks/WindowRuns.h"
 #include "machine/HexText.h"
 #include "ui/common/Application.h"
 #include "ui/main/Principal.h"
@@ -88,25 +85,6 @@ QByteArray fullImage() {
     return QByteArray::fromStdString(text + ":00000001FF\r\n");
 }
 
-/// Loads a file in the window. Milliseconds until the window says how it ended, after its refresh.
-double load(Principal& principal, const QByteArray& content) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("programa.hex");
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) std::abort();
-    file.write(content);
-    file.close();
-    QElapsedTimer timer;
-    timer.start();
-    qint64 nanoseconds = 0;
-    QTimer::singleShot(0, [&] {
-        nanoseconds = timer.nsecsElapsed();
-        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
-    });
-    principal.loadHexFile(path);
-    return static_cast<double>(nanoseconds) / 1e6;
-}
-
 /// Milliseconds since this process started, to a hundredth of a second.
 double sinceStart() {
     std::ifstream stat("/proc/self/stat");
@@ -162,8 +140,9 @@ int main(int argc, char* argv[]) {
     while (!principal.windowHandle()->isExposed()) QCoreApplication::processEvents();
     QCoreApplication::processEvents();  // painted, and ready for input
     std::printf("start to main window  %6.0f ms\n", sinceStart());
-    std::printf("loading 64 KiB        %6.1f ms with its refresh\n", load(principal, fullImage()));
-    load(principal, countingProgram);
+    std::printf("loading 64 KiB        %6.1f ms with its refresh\n",
+                benchmarks::loadProgram(principal, fullImage()));
+    benchmarks::loadProgram(principal, countingProgram);
     const double idleRate = benchmarks::idleLoopRate();
     std::printf("empty loop            %6.2f million turns of processEvents() a second\n", idleRate / 1e6);
     measureRun(principal, idleRate);

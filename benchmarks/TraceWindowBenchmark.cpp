@@ -4,16 +4,15 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 
 #include "benchmarks/IdleLoop.h"
+#include "benchmarks/WindowRuns.h"
 #include "trace/TraceFile.h"
 #include "ui/common/Application.h"
 #include "ui/common/Paths.h"
@@ -40,19 +39,6 @@ Listapasos* traceWindow() {
         if (auto* trace = qobject_cast<Listapasos*>(window)) return trace;
     }
     std::abort();
-}
-
-void load(Principal& principal) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("bucle.hex");
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) std::abort();
-    file.write(delayLoop);
-    file.close();
-    QTimer::singleShot(200, [] {
-        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
-    });
-    principal.loadHexFile(path);
 }
 
 void measureRun(const char* name, Principal& principal, double idleRate) {
@@ -93,20 +79,6 @@ void measureStepsBack(Principal& principal) {
                 steps * 1000.0 / static_cast<double>(timer.elapsed()));
 }
 
-void runUntil(Principal& principal, std::uint64_t rows) {
-    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
-    const Trace& trace = principal.trace();
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, run, [&] {
-        if (trace.size() >= rows && watch.isActive()) {
-            watch.stop();
-            run->click();
-        }
-    });
-    watch.start(10);
-    if (trace.size() < rows) run->click();
-}
-
 void measureSaving(const Trace& trace, QWidget& window) {
     const QString path = QStringLiteral("/dev/shm/tavinor-trace-benchmark.txt");
     QElapsedTimer timer;
@@ -132,7 +104,7 @@ int main(int argc, char* argv[]) {
     const std::uint64_t rows = 1'000'000 * std::strtoull(argc > 1 ? argv[1] : "100", nullptr, 10);
     Principal principal;
     principal.show();
-    load(principal);
+    benchmarks::loadProgram(principal, delayLoop);
     const double idleRate = benchmarks::idleLoopRate();
     std::printf("%-28s %6.2f million turns of processEvents() a second\n", "empty loop", idleRate / 1e6);
     Listapasos* trace = traceWindow();
@@ -142,7 +114,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::processEvents();
     measureRun("run, trace open", principal, idleRate);
     trace->hide();
-    runUntil(principal, rows);
+    benchmarks::runUntil(principal, rows);
     const History& history = principal.trace().history();
     std::printf(
         "%-28s %6.1f million, %.2f MiB held\n", "rows", static_cast<double>(view->rowCount()) / 1e6,
@@ -156,7 +128,7 @@ int main(int argc, char* argv[]) {
     measureAction("to the end", view, [&] { view->setCurrent({view->rowCount() - 1, 0}, false); });
     measureStepsBack(principal);
     measureAction("clearing", view, [&] { trace->findChild<QAction*>("borrar")->trigger(); });
-    runUntil(principal, rowsToSave);
+    benchmarks::runUntil(principal, rowsToSave);
     measureSaving(principal.trace(), *trace);
     return 0;
 }

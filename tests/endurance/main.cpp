@@ -2,13 +2,8 @@
 // every instruction recorded. Ends with an error when memory has grown by more than the trace accounts for.
 // LEAK bytes are kept besides, to see that they are noticed.
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +13,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include "benchmarks/WindowRuns.h"
 #include "ui/main/Principal.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -66,31 +62,6 @@ struct Memory {
                                          trace.history().bytesOfChanges() + trace.heldBytes())) {}
 };
 
-void load(Principal& principal) {
-    const QTemporaryDir folder;
-    QFile file(folder.filePath("programa.hex"));
-    if (!file.open(QIODevice::WriteOnly)) std::abort();
-    file.write(program);
-    file.close();
-    QTimer::singleShot(0, [] {
-        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->accept();
-    });
-    principal.loadHexFile(file.fileName());
-}
-
-/// Runs until the trace has so many rows: one an instruction.
-void runUntil(Principal& principal, const Trace& trace, std::uint64_t rows) {
-    auto* run = principal.findChild<QAbstractButton*>("Ejecutar");
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, run, [&] {
-        if (trace.size() < rows || !watch.isActive()) return;
-        watch.stop();
-        run->click();
-    });
-    watch.start(10);
-    run->click();  // returns when the run has been stopped
-}
-
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -98,14 +69,14 @@ int main(int argc, char* argv[]) {
     const auto rows = static_cast<std::uint64_t>(million * std::strtod(argc > 1 ? argv[1] : "1000", nullptr));
     Principal principal;
     principal.show();
-    load(principal);
+    benchmarks::loadProgram(principal, program);
     const Trace& trace = principal.trace();
-    runUntil(principal, trace, rows / 10);  // by then everything is there that is made but once
+    benchmarks::runUntil(principal, rows / 10);  // by then everything is there that is made but once
     const std::uint64_t before = trace.size();
     const Memory first(trace);
     QElapsedTimer timer;
     timer.start();
-    runUntil(principal, trace, rows);
+    benchmarks::runUntil(principal, rows);
     const std::vector<char> leak(static_cast<std::size_t>(argc > 2 ? std::atoll(argv[2]) : 0));
     const Memory last(trace);
 
