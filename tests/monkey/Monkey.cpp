@@ -28,26 +28,6 @@ QWidget* principalControl(Principal& principal, const QString& name) {
     return nullptr;
 }
 
-/// A look at the events after each instruction, so that a game can be played again, and now and then a frame.
-class EachInstruction final : public RunPace {
-  public:
-    explicit EachInstruction(const std::unique_ptr<BoxTrace>& boxTrace) : boxTrace_(boxTrace) {}
-
-    [[nodiscard]] std::int64_t slice() override {
-        boxTrace_->instructionComes();
-        return 1;
-    }
-    [[nodiscard]] Due due() override {
-        boxTrace_->instructionDone();
-        return ++looks_ % looksPerFrame == 0 ? Due::frame : Due::events;
-    }
-
-  private:
-    static constexpr int looksPerFrame = 64;
-    const std::unique_ptr<BoxTrace>& boxTrace_;
-    int looks_ = 0;
-};
-
 }  // namespace
 
 Monkey::Monkey(std::uint64_t seed, int steps) : diary_(seed, steps), chance_(seed) {
@@ -240,7 +220,7 @@ void Monkey::inspect() {
 void Monkey::inspectRows() {
     constexpr std::uint64_t newest = 12;
     constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
-    boxTrace_->stepBegins();
+    boxTrace_->somethingElseComes();
     complain(boxTrace_->difference(diary_.step() % stepsBetweenLongChecks == 0 ? all : newest));
 }
 
@@ -284,8 +264,17 @@ void Monkey::useSomeWindow() {
     }
 }
 
-/// By the keys; Hand finds the menu.
+/// By the keys, the menu is found by chance; often right after an edit that has its state row.
 void Monkey::goBack() {
+    Principal& principal = program_->principal();
+    if (chance_.oneIn(2)) {
+        constexpr const char* boxes[] = {"txtA", "txtB", "txtHL", "txtM", "txtPC", "txtSP"};
+        if (auto* box = principal.findChild<HexBox*>(QString::fromLatin1(chance_.oneOf(boxes)))) {
+            hand_.fill(box, hand_.someText());
+        }
+        for (int steps = 1 + chance_.below(2); steps > 0; --steps)
+            hand_.clickOn(&principal, QStringLiteral("Eje_paso"));
+    }
     struct Way {
         int weight;
         Qt::Key key;
@@ -295,7 +284,7 @@ void Monkey::goBack() {
         {8, Qt::Key_F7}, {1, Qt::Key_F5, Qt::ShiftModifier}, {2, Qt::Key_F7, Qt::ShiftModifier}};
     const Way& way = chance_.byWeight(ways);
     for (int times = 1 + chance_.below(4); times > 0; --times) {
-        hand_.press(&program_->principal(), way.key, way.modifiers);
+        hand_.press(&principal, way.key, way.modifiers);
     }
 }
 

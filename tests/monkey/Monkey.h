@@ -6,12 +6,12 @@
 #include <optional>
 
 #include "tests/monkey/Answers.h"
-#include "tests/monkey/BoxTrace.h"
 #include "tests/monkey/Chance.h"
 #include "tests/monkey/Diary.h"
 #include "tests/monkey/Hand.h"
 #include "tests/monkey/Inspector.h"
 #include "tests/monkey/Playground.h"
+#include "tests/ui/main/BoxTrace.h"
 #include "ui/program/Program.h"
 
 namespace tavinor {

@@ -13,13 +13,13 @@
 #include "ui/main/Principal.h"
 #include "ui/trace/Listapasos.h"
 
-namespace tavinor::monkey {
+namespace tavinor {
 
 /// The trace as the boxes of the main window tell it: their texts before and after each instruction, written
 /// down as plainly as possible. The rows of the window's own trace must be the same.
 ///
-/// It has to be told of each instruction of a run, each window that comes and each step of the monkey, when
-/// they happen. It hears of single steps, ways back and cleared rows by itself.
+/// It has to be told of each instruction of a run, each window that comes and when something else is done
+/// next. It hears of single steps, ways back and cleared rows by itself.
 class BoxTrace {
   public:
     BoxTrace(Principal& principal, Listapasos& window);
@@ -30,8 +30,8 @@ class BoxTrace {
     void instructionDone();
     /// A HLT's dialog shows that an instruction has not ended, and the box of an error that it has failed.
     void windowShown(const QWidget* window);
-    /// The monkey is about to do something: what was executed before has ended.
-    void stepBegins();
+    /// Something else is done next: what was executed before has ended, unless it is a HLT with its dialog.
+    void somethingElseComes();
 
     /// The first of the last `count` rows that differs, or what the boxes show after a way back where that is
     /// something else than the last row; empty when all is well.
@@ -68,4 +68,25 @@ class BoxTrace {
     bool typed_ = false;
 };
 
-}  // namespace tavinor::monkey
+/// The pace at which a run tells it: a look at the events after each instruction, and now and then a frame.
+class EachInstruction final : public RunPace {
+  public:
+    /// `boxTrace` has one as long as there are runs.
+    explicit EachInstruction(const std::unique_ptr<BoxTrace>& boxTrace) : boxTrace_(boxTrace) {}
+
+    [[nodiscard]] std::int64_t slice() override {
+        boxTrace_->instructionComes();
+        return 1;
+    }
+    [[nodiscard]] Due due() override {
+        boxTrace_->instructionDone();
+        return ++looks_ % looksPerFrame == 0 ? Due::frame : Due::events;
+    }
+
+  private:
+    static constexpr int looksPerFrame = 64;
+    const std::unique_ptr<BoxTrace>& boxTrace_;
+    int looks_ = 0;
+};
+
+}  // namespace tavinor

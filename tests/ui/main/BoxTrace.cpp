@@ -1,4 +1,4 @@
-#include "tests/monkey/BoxTrace.h"
+#include "tests/ui/main/BoxTrace.h"
 
 #include <QAction>
 #include <QApplication>
@@ -11,7 +11,7 @@
 #include "ui/common/HexBox.h"
 #include "ui/main/Halt.h"
 
-namespace tavinor::monkey {
+namespace tavinor {
 
 namespace {
 
@@ -76,7 +76,7 @@ void BoxTrace::windowShown(const QWidget* window) {
     if (error && !halts) instruction_ = Instruction::none;
 }
 
-void BoxTrace::stepBegins() {
+void BoxTrace::somethingElseComes() {
     if (instruction_ == Instruction::comes) instruction_ = Instruction::none;  // a box refused
     endWhatHasEnded();
 }
@@ -188,4 +188,4 @@ QString BoxTrace::difference(std::uint64_t count) {
     return text;
 }
 
-}  // namespace tavinor::monkey
+}  // namespace tavinor
