@@ -6,17 +6,18 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyleOptionFocusRect>
+#include <QStyleOptionHeader>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <new>
-#include <string>
 #include <utility>
 
-#include "trace/TraceText.h"
 #include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
@@ -28,19 +29,18 @@ namespace tavinor {
 namespace {
 
 constexpr std::uint64_t memoryOfACopiedRow = 512;  // as UTF-8 while it grows, as Qt's text, on the clipboard
+/// A paint executes no more again, so that it takes some 10 ms at most.
+constexpr std::int64_t mostInstructionsAPaint = 2'000'000;
 constexpr int lastColumn = static_cast<int>(traceColumns) - 1;
 
-/// `from` moved by `rows`, no further than the first and the last row.
-std::uint64_t movedRow(std::uint64_t from, std::int64_t rows, std::uint64_t last) {
-    const auto distance = static_cast<std::uint64_t>(std::abs(rows));
-    if (rows < 0) return from > distance ? from - distance : 0;
-    return last - std::min(from, last) > distance ? from + distance : last;
+QString text(std::string_view s) {
+    return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
 }
 
 }  // namespace
 
 TraceView::TraceView(const Trace& trace, QWidget* parent)
-    : QAbstractScrollArea(parent), trace_(trace), reader_(trace) {
+    : QAbstractScrollArea(parent), trace_(trace), rows_(trace) {
     makeAccessible(*this);  // first: naming it lets Qt look for its interface already
     named(this, QStringLiteral("lista"), QStringLiteral("Lista de pasos ejecutados"));
     useFont(this, fixedFont);
@@ -112,10 +112,7 @@ std::uint64_t TraceView::lastFirstRow() const {
 void TraceView::bringUpToDate() {
     if (!isVisible() || seenRevision_ == trace_.revision()) return;
     seenRevision_ = trace_.revision();
-    if (current_ && std::max(current_->row, anchor_) >= rowCount()) {
-        current_.reset();
-        anchor_ = 0;
-    }
+    selection_.keepWithin(rowCount());
     firstRow_ = lastFirstRow();
     updateBars();
     viewport()->update();
@@ -157,7 +154,7 @@ void TraceView::barActed(int action) {
         case QAbstractSlider::SliderPageStepSub: rows = -page; break;
         default: scrollTo(rowscale::firstRow(verticalScrollBar()->sliderPosition(), lastFirstRow())); return;
     }
-    scrollTo(movedRow(firstRow_, rows, lastFirstRow()));
+    scrollTo(rowscale::movedRow(firstRow_, rows, lastFirstRow()));
     verticalScrollBar()->setSliderPosition(verticalScrollBar()->value());
 }
 
@@ -173,41 +170,19 @@ void TraceView::scrollContentsBy(int dx, int dy) {
 /// No exception may reach Qt, which is painting. False where the rows are still to be executed again.
 bool TraceView::fetch(std::uint64_t first, std::uint64_t count, std::int64_t most) {
     try {
-        const bool there = readRows(first, count, most);
+        const bool there = rows_.read(first, count, most);
         memoryOutTold_ = false;
         return there;
     } catch (const std::bad_alloc&) {
-        cached_.clear();
         if (!std::exchange(memoryOutTold_, true)) emit memoryOut();
         return true;
     }
 }
 
-bool TraceView::readRows(std::uint64_t first, std::uint64_t count, std::int64_t most) {
-    std::vector<RowCells> read;
-    const auto keep = [&read](const TraceRow& row, const RowTexts* texts) {
-        read.push_back(rowCells(row, texts));
-    };
-    const bool there = reader_.read(first, count, keep, most);
-    cached_ = std::move(read);
-    cachedFirst_ = first;
-    cachedRevision_ = trace_.revision();
-    return there;
-}
-
-bool TraceView::known(std::uint64_t row) const {
-    return cachedRevision_ == trace_.revision() && row >= cachedFirst_ && row - cachedFirst_ < cached_.size();
-}
-
-const RowCells& TraceView::cached(std::uint64_t row) const {
-    static const RowCells none;
-    return known(row) ? cached_[row - cachedFirst_] : none;
-}
-
 const RowCells& TraceView::cells(std::uint64_t row) {
     constexpr std::uint64_t around = 64;
-    if (!known(row)) fetch(row - row % around, around, std::numeric_limits<std::int64_t>::max());
-    return cached(row);
+    if (!rows_.knows(row)) fetch(row - row % around, around);
+    return rows_.cells(row);
 }
 
 QRect TraceView::cellRect(const Cell& cell) const {
@@ -229,20 +204,9 @@ std::optional<TraceView::Cell> TraceView::cellAt(const QPoint& position) const {
     return Cell{row, static_cast<int>(after - columnLefts_.begin()) - 1};
 }
 
-bool TraceView::isSelected(std::uint64_t row) const {
-    if (!current_) return false;
-    return row >= std::min(anchor_, current_->row) && row <= std::max(anchor_, current_->row);
-}
-
-std::uint64_t TraceView::selectedRows() const {
-    if (!current_) return 0;
-    return std::max(anchor_, current_->row) - std::min(anchor_, current_->row) + 1;
-}
-
 void TraceView::setCurrent(const Cell& cell, bool extend) {
     if (cell.row >= rowCount()) return;
-    if (!extend || !current_) anchor_ = cell.row;
-    current_ = cell;
+    selection_.move(cell, extend);
     keepInView(cell);
     viewport()->update();
     emit currentChanged();
@@ -261,7 +225,9 @@ void TraceView::keepInView(const Cell& cell) {
 /// Where a key leads from a cell, or nothing for a key that leads nowhere. `ends` is the Ctrl key.
 std::optional<TraceView::Cell> TraceView::moved(const Cell& from, int key, bool ends) const {
     const std::uint64_t last = rowCount() - 1;
-    const auto byRows = [&](std::int64_t rows) { return Cell{movedRow(from.row, rows, last), from.column}; };
+    const auto byRows = [&](std::int64_t rows) {
+        return Cell{rowscale::movedRow(from.row, rows, last), from.column};
+    };
     switch (key) {
         case Qt::Key_Up: return byRows(-1);
         case Qt::Key_Down: return byRows(1);
@@ -275,9 +241,82 @@ std::optional<TraceView::Cell> TraceView::moved(const Cell& from, int key, bool 
     }
 }
 
+void TraceView::paintEvent(QPaintEvent*) {
+    QPainter painter(viewport());
+    painter.setFont(font());
+    const auto lines = static_cast<std::uint64_t>(visibleRows() + 1);
+    const std::uint64_t end = std::min(rowCount(), firstRow_ + lines);
+    const bool allKnown = end == firstRow_ || (rows_.knows(firstRow_) && rows_.knows(end - 1));
+    if (!allKnown && !fetch(firstRow_, lines, mostInstructionsAPaint)) {
+        // They are empty for the moment; the next paint goes on.
+        QMetaObject::invokeMethod(viewport(), qOverload<>(&QWidget::update), Qt::QueuedConnection);
+    }
+    for (std::uint64_t row = firstRow_; row < end; ++row) paintRow(painter, row);
+    paintHeader(painter);
+}
+
+void TraceView::paintHeader(QPainter& painter) {
+    for (std::size_t column = 0; column < traceColumns; ++column) {
+        QStyleOptionHeader option;
+        option.initFrom(this);
+        option.state = QStyle::State_Enabled | QStyle::State_Raised | QStyle::State_Horizontal;
+        option.orientation = Qt::Horizontal;
+        option.section = static_cast<int>(column);
+        option.position = column == 0                  ? QStyleOptionHeader::Beginning
+                          : column == traceColumns - 1 ? QStyleOptionHeader::End
+                                                       : QStyleOptionHeader::Middle;
+        option.rect = QRect(columnLefts_[column] - horizontalScrollBar()->value(), 0,
+                            columnLefts_[column + 1] - columnLefts_[column], headerHeight_);
+        style()->drawControl(QStyle::CE_HeaderSection, &option, &painter, this);
+        painter.setPen(palette().color(QPalette::ButtonText));
+        painter.drawText(option.rect.adjusted(cellMargin, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                         text(traceHeader[column]));
+    }
+}
+
+void TraceView::paintRow(QPainter& painter, std::uint64_t row) {
+    const RowCells& texts = rows_.cells(row);
+    const bool selected = isSelected(row);
+    const bool stateRow = rows_.knows(row) && texts[0].empty();
+    const QPalette::ColorGroup group = hasFocus() ? QPalette::Active : QPalette::Inactive;
+    const QRect first = cellRect({row, 0});
+    const QRect line(first.left(), first.top(), gridWidth(), rowHeight_);
+    const QPalette::ColorRole back = selected   ? QPalette::Highlight
+                                     : stateRow ? QPalette::AlternateBase
+                                                : QPalette::Base;
+    painter.fillRect(line, palette().color(group, back));
+    const QColor ink = palette().color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    QStyleOption lines;
+    lines.initFrom(this);
+    const QColor grid =
+        QColor::fromRgb(static_cast<QRgb>(style()->styleHint(QStyle::SH_Table_GridLineColor, &lines, this)));
+    const QFontMetrics metrics(font());
+    for (std::size_t column = 0; column < traceColumns; ++column) {
+        const QRect cell = cellRect({row, static_cast<int>(column)});
+        QString shown = text(texts[column]);
+        // Typed texts can be longer than the column.
+        if (shown.size() > static_cast<qsizetype>(traceHeader[column].size())) {
+            shown = metrics.elidedText(shown, Qt::ElideRight, cell.width() - cellMargin);
+        }
+        painter.setPen(ink);
+        painter.drawText(cell.left() + cellMargin, cell.top() + 2 + metrics.ascent(), shown);
+        painter.setPen(grid);
+        painter.drawLine(cell.topRight(), cell.bottomRight());
+    }
+    painter.drawLine(line.bottomLeft(), line.bottomRight());
+    if (hasFocus() && current() && current()->row == row) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = cellRect(*current()).adjusted(0, 0, -1, -1);
+        focus.state |= QStyle::State_KeyboardFocusChange;
+        focus.backgroundColor = palette().color(group, back);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    }
+}
+
 void TraceView::keyPressEvent(QKeyEvent* event) {
     bringUpToDate();
-    const Cell from = current_.value_or(Cell{firstRow_, 0});
+    const Cell from = current().value_or(Cell{firstRow_, 0});
     const bool ends = event->modifiers().testFlag(Qt::ControlModifier);
     const std::optional<Cell> target =
         rowCount() > 0 ? moved(from, event->key(), ends) : std::optional<Cell>();
@@ -286,7 +325,7 @@ void TraceView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     // The first key only shows where the keyboard is, unless it leads to an end.
-    setCurrent(current_ || ends ? *target : from, event->modifiers().testFlag(Qt::ShiftModifier));
+    setCurrent(current() || ends ? *target : from, event->modifiers().testFlag(Qt::ShiftModifier));
 }
 
 void TraceView::mousePressEvent(QMouseEvent* event) {
@@ -300,10 +339,10 @@ void TraceView::mousePressEvent(QMouseEvent* event) {
 
 /// Dragging selects the rows on the way, also the ones beyond the edges.
 void TraceView::mouseMoveEvent(QMouseEvent* event) {
-    if (!event->buttons().testFlag(Qt::LeftButton) || !current_ || rowCount() == 0) return;
+    if (!event->buttons().testFlag(Qt::LeftButton) || !current() || rowCount() == 0) return;
     const int y = event->position().toPoint().y() - headerHeight_;
     const int line = y < 0 ? -1 : std::min(y / rowHeight_, visibleRows());
-    setCurrent({movedRow(firstRow_, line, rowCount() - 1), current_->column}, true);
+    setCurrent({rowscale::movedRow(firstRow_, line, rowCount() - 1), current()->column}, true);
 }
 
 void TraceView::wheelEvent(QWheelEvent* event) {
@@ -317,7 +356,7 @@ void TraceView::wheelEvent(QWheelEvent* event) {
     wheelRemainder_ += turned.y() * QApplication::wheelScrollLines();
     const int rows = wheelRemainder_ / notch;
     wheelRemainder_ -= rows * notch;
-    scrollTo(movedRow(firstRow_, -rows, lastFirstRow()));
+    scrollTo(rowscale::movedRow(firstRow_, -rows, lastFirstRow()));
     event->accept();
 }
 
@@ -349,35 +388,24 @@ void TraceView::changeEvent(QEvent* event) {
 void TraceView::selectAll() {
     bringUpToDate();
     if (rowCount() == 0) return;
-    const int column = current_ ? current_->column : 0;
-    anchor_ = 0;
-    current_ = Cell{rowCount() - 1, column};
+    selection_.selectAll(rowCount() - 1);
     viewport()->update();
     emit currentChanged();
 }
 
 void TraceView::copy() {
-    if (!current_) return;
+    if (!current()) return;
     if (selectedRows() > mostRowsToCopy) {
         emit copyRefused();
         return;
     }
     try {
         requireMemory(selectedRows() * memoryOfACopiedRow);
-        QGuiApplication::clipboard()->setText(selectedText());
+        QGuiApplication::clipboard()->setText(
+            QString::fromStdString(rows_.text(selection_.first(), selection_.count())));
     } catch (const std::bad_alloc&) {
         emit memoryOut();
     }
-}
-
-QString TraceView::selectedText() const {
-    std::string text;
-    TraceReader(trace_).read(std::min(anchor_, current_->row), selectedRows(),
-                             [&text](const TraceRow& row, const RowTexts* texts) {
-                                 appendLine(text, row, texts);
-                                 text += '\n';
-                             });
-    return QString::fromStdString(text);
 }
 
 }  // namespace tavinor

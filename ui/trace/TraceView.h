@@ -4,11 +4,11 @@
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
-#include <vector>
 
-#include "trace/TraceReader.h"
-#include "trace/TraceText.h"
+#include "ui/trace/RowSelection.h"
+#include "ui/trace/ShownRows.h"
 
 class QAction;
 
@@ -26,11 +26,7 @@ class TraceView : public QAbstractScrollArea {
     /// More are not copied: they would take the memory of the whole computer.
     static constexpr std::uint64_t mostRowsToCopy = 1'000'000;
 
-    struct Cell {
-        std::uint64_t row = 0;
-        int column = 0;
-        friend bool operator==(const Cell&, const Cell&) = default;
-    };
+    using Cell = TraceCell;
 
     TraceView(const Trace& trace, QWidget* parent);
 
@@ -47,11 +43,11 @@ class TraceView : public QAbstractScrollArea {
     [[nodiscard]] QRect cellRect(const Cell& cell) const;
     [[nodiscard]] std::optional<Cell> cellAt(const QPoint& position) const;
 
-    [[nodiscard]] const std::optional<Cell>& current() const { return current_; }
+    [[nodiscard]] const std::optional<Cell>& current() const { return selection_.current(); }
     /// Moves to a cell and shows it; the selection becomes its row, or reaches up to it.
     void setCurrent(const Cell& cell, bool extend);
-    [[nodiscard]] bool isSelected(std::uint64_t row) const;
-    [[nodiscard]] std::uint64_t selectedRows() const;
+    [[nodiscard]] bool isSelected(std::uint64_t row) const { return selection_.contains(row); }
+    [[nodiscard]] std::uint64_t selectedRows() const { return selection_.count(); }
     void scrollTo(std::uint64_t first);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -93,31 +89,22 @@ class TraceView : public QAbstractScrollArea {
     [[nodiscard]] std::optional<Cell> moved(const Cell& from, int key, bool ends) const;
     void copy();
     void selectAll();
-    [[nodiscard]] QString selectedText() const;
-    bool fetch(std::uint64_t first, std::uint64_t count, std::int64_t most);
-    bool readRows(std::uint64_t first, std::uint64_t count, std::int64_t most);
-    [[nodiscard]] bool known(std::uint64_t row) const;
-    [[nodiscard]] const RowCells& cached(std::uint64_t row) const;
+    bool fetch(std::uint64_t first, std::uint64_t count,
+               std::int64_t most = std::numeric_limits<std::int64_t>::max());
     void paintHeader(QPainter& painter);
     void paintRow(QPainter& painter, std::uint64_t row);
     [[nodiscard]] int gridWidth() const { return columnLefts_.back(); }
 
     const Trace& trace_;
-    TraceReader reader_;
+    ShownRows rows_;
     std::uint64_t seenRevision_ = 0;
     std::uint64_t firstRow_ = 0;
-    std::optional<Cell> current_;
-    std::uint64_t anchor_ = 0;  // where the selection began
+    RowSelection selection_;
     int wheelRemainder_ = 0;
 
     int rowHeight_ = 1;
     int headerHeight_ = 1;
     std::array<int, traceColumns + 1> columnLefts_{};
-
-    // The texts of the rows that were asked for last.
-    std::vector<RowCells> cached_;
-    std::uint64_t cachedFirst_ = 0;
-    std::uint64_t cachedRevision_ = 0;
     bool memoryOutTold_ = false;
 };
 
