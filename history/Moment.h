@@ -32,6 +32,11 @@ struct Moment {
         machine.PC &= memorySize - 1;
         showM();
     }
+    /// An instruction of so many T-states has been executed.
+    void count(int states) noexcept {
+        ++counters.instructions;
+        counters.tStates += states;
+    }
     /// What a batch on the machine counts and shows; the rest it has done.
     void add(const BatchResult& batch) noexcept {
         counters.instructions += batch.instructions;

@@ -80,8 +80,7 @@ bool Replay::stepAlone() {
     storeCount_ = 0;
     bool succeeded = true;
     try {
-        moment_->counters.tStates += EjecutaPASO(moment_->machine, *this);
-        ++moment_->counters.instructions;
+        moment_->count(EjecutaPASO(moment_->machine, *this));
     } catch (const RuntimeError&) {
         succeeded = false;
     }

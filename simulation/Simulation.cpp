@@ -77,14 +77,9 @@ void Simulation::execute() {
         finishHalt();
         return;
     }
-    count(states);
+    now_->count(states);
     finishInstruction();
     trace_.listareg(*now_);
-}
-
-void Simulation::count(int states) {
-    ++now_->counters.instructions;
-    now_->counters.tStates += states;
 }
 
 void Simulation::announceHalt() {
@@ -115,7 +110,7 @@ void Simulation::finishHalt() {
 
 /// The HLT itself counts before its way out, which may be a reset.
 void Simulation::halt() {
-    count(tStates[hltCode]);
+    now_->count(tStates[hltCode]);
     if (changing_ == Changing::nothing) {
         beginWayOut();
     } else {
@@ -235,7 +230,7 @@ void Simulation::intr(std::string_view vectorText) {
         {.address = place, .byte = now_->machine.at(place), .stored = std::nullopt, .counted = false});
     try {
         const int states = requestIntr(now_->machine, *this, vectorText);
-        if (!borrowed_.back().counted) count(states);
+        if (!borrowed_.back().counted) now_->count(states);
     } catch (...) {
         giveBack();
         throw;

@@ -113,8 +113,11 @@ class Simulation final : private Host {
     /// Whether there is anything to undo. Never within an instruction.
     [[nodiscard]] bool canGoBack() const;
     [[nodiscard]] const History& history() const { return history_; }
-    /// What the user has changed by now is part of the history from now on.
-    void settle() { endChange(); }
+    /// The same with all that the user has changed since the last instruction.
+    [[nodiscard]] const History& settledHistory() {
+        endChange();
+        return history_;
+    }
     /// Back to a position of the history; what came after it is forgotten. Breakpoints stay: see
     /// behaviour.md, Simulation: going back. Only where one can go back. @throws std::bad_alloc: it has gone
     /// back all the same, and a state row too many may follow.
@@ -133,7 +136,6 @@ class Simulation final : private Host {
     void endChange();
     void beginWayOut();
     void execute();
-    void count(int states);
     void announceHalt();
     void finishInstruction();
     void finishHalt();

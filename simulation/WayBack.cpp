@@ -15,16 +15,15 @@ WayBack::WayBack(Simulation& simulation)
       replay_(history_) {}
 
 Position WayBack::oneStep() {
-    simulation_.settle();
-    return history_.beforeNewest();
+    return simulation_.settledHistory().beforeNewest();
 }
 
 /// Executes the parts between two kept machines again, the newest one first, until `look` finds something.
 template <typename Look>
 std::optional<Position> WayBack::lookBack(WorkObserver& observer, const Look& look) {
-    simulation_.settle();
-    const auto all = static_cast<double>(history_.end().instructions + 1);
-    for (Position to = history_.end(); to != Position{};) {
+    const Position end = simulation_.settledHistory().end();
+    const auto all = static_cast<double>(end.instructions + 1);
+    for (Position to = end; to != Position{};) {
         const Position from = history_.checkpoints().positionStrictlyBefore(to);
         if (const std::optional<Position> found = look(from, to)) return found;
         to = from;

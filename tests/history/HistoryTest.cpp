@@ -5,12 +5,11 @@
 #include <gtest/gtest.h>
 
 #include "history/Replay.h"
-#include "machine/Stepper.h"
 #include "tests/history/RecordedMachine.h"
 #include "tests/support/Differences.h"
-#include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
 #include "tests/support/TestHost.h"
+#include "tests/support/WindowStep.h"
 
 namespace tavinor::test {
 namespace {
@@ -108,14 +107,8 @@ class ShortHistoryTest : public ::testing::Test {
     /// As the window does what a batch leaves to it.
     void stepAlone() {
         TestHost host(now.machine);
-        int states = 0;
-        const int error = errorOf([&] { states = EjecutaPASO(now.machine, host); });
-        now.machine.synmem();
-        now.machine.PC &= 0xFFFF;
-        if (error == noError) {
-            ++now.counters.instructions;
-            now.counters.tStates += states;
-        }
+        const WindowStep step = stepAsTheWindow(now.machine, host);
+        if (step.error == noError) now.count(step.states);
         now.showM();
         history.executed(1, now);
     }
@@ -267,8 +260,7 @@ class HistoryMemoryTest : public ::testing::Test {
         for (int i = 0; i < 600; ++i) {
             const BatchResult result =
                 runBatch(now->machine, *breakpoints, {history.untilCheckpoint()}, written);
-            now->counters.instructions += result.instructions;
-            now->counters.tStates += result.tStates;
+            now->add(result);
             history.executed(result.instructions, *now);
             ASSERT_LE(history.checkpoints().bytes(), bound);
         }

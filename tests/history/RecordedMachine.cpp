@@ -3,10 +3,9 @@
 #include <algorithm>
 
 #include "machine/Interrupts.h"
-#include "machine/Stepper.h"
-#include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
 #include "tests/support/TestHost.h"
+#include "tests/support/WindowStep.h"
 
 namespace tavinor::test {
 
@@ -40,10 +39,10 @@ void RecordedMachine::run(std::int64_t count) {
 void RecordedMachine::runBatchOf(std::int64_t most) {
     const std::int64_t limit = std::min(most, history_.untilCheckpoint());
     const BatchResult result = runBatch(now_->machine, *noBreakpoints_, {limit}, written_);
-    now_->counters.instructions += result.instructions;
-    now_->counters.tStates += result.tStates;
-    if (result.instructions > 0) now_->showM();
-    if (result.instructions > 0) history_.executed(result.instructions, *now_);
+    if (result.instructions > 0) {
+        now_->add(result);
+        history_.executed(result.instructions, *now_);
+    }
     if (result.end == BatchResult::End::singleStep) stepAlone();
 }
 
@@ -51,15 +50,9 @@ void RecordedMachine::stepAlone() {
     MachineState& m = now_->machine;
     const bool halts = m.at(m.PC) == hltCode;
     TestHost host(m);
-    int states = 0;
-    const int error = errorOf([&] { states = EjecutaPASO(m, host); });
-    m.synmem();
-    m.PC &= 0xFFFF;
+    const WindowStep step = stepAsTheWindow(m, host);
     now_->showM();
-    if (error == noError) {
-        ++now_->counters.instructions;
-        now_->counters.tStates += states;
-    }
+    if (step.error == noError) now_->count(step.states);
     history_.executed(1, *now_);
     if (!halts || any(3) == 0) return;
     const auto before = std::make_unique<Moment>(*now_);

@@ -10,11 +10,10 @@
 #include <random>
 #include <set>
 
-#include "machine/Stepper.h"
 #include "tests/support/Differences.h"
-#include "tests/support/Errors.h"
 #include "tests/support/Machines.h"
 #include "tests/support/TestHost.h"
+#include "tests/support/WindowStep.h"
 
 namespace tavinor::test {
 namespace {
@@ -35,13 +34,9 @@ class SteppedMachine {
 
     /// The T-states of the instruction; those of one that fails are 0.
     int step() {
-        MachineState& m = *machine_;
-        int states = 0;
-        m.synmem();
-        error_ = errorOf([&] { states = EjecutaPASO(m, host_); });
-        m.synmem();
-        m.PC &= 0xFFFF;
-        return states;
+        const WindowStep step = stepAsTheWindow(*machine_, host_);
+        error_ = step.error;
+        return step.states;
     }
     /// How the last step ended.
     [[nodiscard]] int error() const { return error_; }

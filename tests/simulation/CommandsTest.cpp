@@ -45,8 +45,7 @@ TEST_F(CommandsTest, WhatEndsWhereItBeganIsNoChange) {
     EXPECT_TRUE(simulation.canGoBack());
     setA(0);
     EXPECT_FALSE(simulation.canGoBack());
-    simulation.settle();
-    EXPECT_EQ(simulation.history().end(), Position{});
+    EXPECT_EQ(simulation.settledHistory().end(), Position{});
 }
 
 TEST_F(CommandsTest, AllThatTheUserDoesBetweenTwoInstructionsIsOneChange) {
@@ -54,8 +53,7 @@ TEST_F(CommandsTest, AllThatTheUserDoesBetweenTwoInstructionsIsOneChange) {
     EXPECT_TRUE(simulation.canGoBack());
     simulation.writeMemory(0x2000, 1);
     EXPECT_TRUE(simulation.canGoBack());
-    simulation.settle();
-    EXPECT_EQ(simulation.history().end(), (Position{0, 1}));
+    EXPECT_EQ(simulation.settledHistory().end(), (Position{0, 1}));
 }
 
 TEST_F(CommandsTest, TheFirstStateRowLeavesWithTheFirstInstruction) {

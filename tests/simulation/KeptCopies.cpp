@@ -31,7 +31,6 @@ std::string KeptCopies::disturb() {
     const bool goesOn = history().endsGroup(entry.position);
     if (!goesOn) note(entry.position);
     for (int acts = 1 + twins.any(2); acts > 0; --acts) twins.disturb();
-    twins.simulation.settle();
     if (history().end() == entry.position) {
         if (!goesOn) done_.pop_back();
         return twins.differences();
@@ -67,10 +66,10 @@ std::string KeptCopies::step(std::int64_t most) {
 }
 
 KeptCopies::Entry KeptCopies::remembered() {
-    twins.simulation.settle();
+    const Position end = history().end();
     twins.plain.stores.clear();
     NaiveTrace trace = std::move(twins.plain.trace);  // there is one for all copies
-    Entry entry{history().end(), twins.plain, twins.rows(), {}};
+    Entry entry{end, twins.plain, twins.rows(), {}};
     twins.plain.trace = std::move(trace);
     return entry;
 }

@@ -66,7 +66,7 @@ class KeptCopies {
     void clear();
     void note(const Position& before);
     Entry remembered();
-    [[nodiscard]] const History& history() { return twins.simulation.history(); }
+    [[nodiscard]] const History& history() { return twins.simulation.settledHistory(); }
 
     std::vector<Done> done_;  // all of it, also within a batch
     Position start_;          // of the batch

@@ -63,7 +63,7 @@ void LongPlay::note(const Position& position) {
 }
 
 void LongPlay::runTo(std::uint64_t instructions) {
-    Position at = simulation.history().end();
+    Position at = simulation.settledHistory().end();
     while (at.instructions < instructions) {
         const auto left = static_cast<std::int64_t>(instructions - at.instructions);
         simulation.run(std::min<std::int64_t>(1 + any(20'000), left), nullptr);
@@ -77,8 +77,7 @@ void LongPlay::runTo(std::uint64_t instructions) {
 }
 
 void LongPlay::edit(const std::function<void(Registers&)>& change, std::int32_t address, int byte) {
-    simulation.settle();
-    const Position position = simulation.history().end();
+    const Position position = simulation.settledHistory().end();
     if (!simulation.history().endsGroup(position)) note(position);
     Registers registers = simulation.machine().registers();
     change(registers);
@@ -87,7 +86,6 @@ void LongPlay::edit(const std::function<void(Registers&)>& change, std::int32_t 
         target.writeMemory(address, byte);
         target.refresh();
     });
-    simulation.settle();
 }
 
 void LongPlay::haltNow(std::int32_t address, std::int32_t SP) {

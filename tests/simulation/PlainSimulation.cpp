@@ -6,8 +6,8 @@
 #include "machine/Flags.h"
 #include "machine/HexText.h"
 #include "machine/Interrupts.h"
-#include "machine/Stepper.h"
 #include "machine/TStates.h"
+#include "tests/support/WindowStep.h"
 
 namespace tavinor::test {
 
@@ -22,16 +22,11 @@ PlainSimulation::PlainSimulation() {
 bool PlainSimulation::step(const RegisterTexts* typed) {
     MachineState& m = moment.machine;
     if (keepsRows) trace.listainstru(m, boxTexts(typed));
-    m.synmem();
     const bool halts = m.at(m.PC) == hltCode;
-    try {
-        const int states = EjecutaPASO(m, *this);
-        if (!halts) count(states);
-    } catch (const RuntimeError&) {
-        refresh();
-        return false;
-    }
-    refresh();
+    const test::WindowStep step = stepAsTheWindow(m, *this);
+    moment.showM();
+    if (step.error != noError) return false;
+    if (!halts) moment.count(step.states);
     if (keepsRows) trace.listareg(boxTexts(nullptr));
     return true;
 }
@@ -73,18 +68,13 @@ void PlainSimulation::intr(std::string_view vectorText) {
         if (moment.machine.at(place) != borrowed) noteStore(place);  // the vector is left there
         throw;
     }
-    if (!halts) count(states);
+    if (!halts) moment.count(states);
 }
 
 /// A HLT counts before its way out, which may set the counters to 0.
 void PlainSimulation::halt() {
-    count(tStates[hltCode]);
+    moment.count(tStates[hltCode]);
     onHalt(*this);
-}
-
-void PlainSimulation::count(int states) {
-    ++moment.counters.instructions;
-    moment.counters.tStates += states;
 }
 
 void PlainSimulation::load(const std::filesystem::path& path) {

@@ -58,7 +58,6 @@ class PlainSimulation final : private Host {
     void savmem(std::int32_t dir, std::int32_t dat) override;
     void savport(std::int32_t dir, std::int32_t dat) override { moment.machine.storePort(dir, dat); }
     void halt() override;
-    void count(int states);
     void noteStore(std::int32_t address);
     [[nodiscard]] BoxTexts boxTexts(const RegisterTexts* typed) const;
 };
