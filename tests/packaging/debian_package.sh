@@ -25,7 +25,7 @@ grep -E -- '-(dev|l10n)$' <<<"$dependencies" && fail "it depends on what only th
 
 listing=$(dpkg-deb --contents "$package")
 same "who can read" "$(awk '{ print $1 }' <<<"$listing" | sort -u)" "$(printf '%s\n' -rw-r--r-- -rwxr-xr-x drwxr-xr-x)"
-for path in bin/tavinor share/applications/tavinor.desktop share/tavinor/examples/01-suma.HEX \
+for path in bin/tavinor share/applications/tavinor.desktop share/tavinor/ejemplos/01-suma.HEX \
   share/icons/hicolor/48x48/apps/tavinor.png share/man/es/man1/tavinor.1.gz; do
   grep -qF " ./usr/$path" <<<"$listing" || fail "it lacks $path"
 done

@@ -49,5 +49,5 @@ same "what it starts" "$(element 'launchable type="desktop-id"')" "$(basename "$
 grep -qF "<release version=\"$version\"" "${metainfo[0]}" || fail "the metainfo has no release $version"
 
 # And the student finds the examples.
-same "the examples" "$(ls "$prefix/share/tavinor/examples")" \
+same "the examples" "$(ls "$prefix/share/tavinor/ejemplos")" \
   "$(cd "$source_folder/examples" && ls ./*.asm ./*.HEX ./*.md | sed 's,^\./,,' | sort)"

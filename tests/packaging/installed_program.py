@@ -13,7 +13,7 @@ import student
 import whole_program
 from desktop import play_all
 
-EXAMPLES = "/usr/share/tavinor/examples"  # seen from inside the root
+EXAMPLES = "/usr/share/tavinor/ejemplos"  # seen from inside the root
 START = """#!/bin/sh
 exec chroot {root} /bin/sh -c '
 export LANG=en_US.UTF-8 LANGUAGE=en_US:en LC_CTYPE=C.UTF-8

@@ -39,8 +39,11 @@ QString CellBox::warning() const {
         .arg(held, *written);
 }
 
+/// Blanks that write nothing stay.
 void CellBox::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != Qt::Key_Escape || !differs_) {
+    const std::optional<QString> written = normalText();
+    const bool writes = cell_ && !(written && written->trimmed().isEmpty());
+    if (event->key() != Qt::Key_Escape || !writes) {
         HexBox::keyPressEvent(event);
         return;
     }

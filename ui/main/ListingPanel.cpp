@@ -101,7 +101,9 @@ void ListingView::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter: emit enterPressed(); return;
-        case Qt::Key_F9: emit f9Pressed(); return;
+        case Qt::Key_F9:  // held down it would leave to chance whether the breakpoint stays
+            if (!event->isAutoRepeat()) emit f9Pressed();
+            return;
         case Qt::Key_Up: emit upPressed(); break;
         case Qt::Key_Down: emit downPressed(); break;
         default: break;

@@ -118,12 +118,12 @@ class FileDialogsTest : public QObject {
         const QList<QUrl> bare = places(program);
         QVERIFY(QDir(home.path({})).mkdir("Documents"));
         QVERIFY(QDir(home.path({})).mkdir("Desktop"));
-        QVERIFY(QDir(prefix.path()).mkpath("share/tavinor/examples"));
+        QVERIFY(QDir(prefix.path()).mkpath("share/tavinor/ejemplos"));
         const QList<QUrl> all = places(program);
         QCOMPARE(bare, QList<QUrl>({computer, url(home.path({}))}));
         QCOMPARE(all,
                  QList<QUrl>({computer, url(home.path({})), url(home.path("Documents")),
-                              url(home.path("Desktop")), url(prefix.filePath("share/tavinor/examples"))}));
+                              url(home.path("Desktop")), url(prefix.filePath("share/tavinor/ejemplos"))}));
         FileDialogFixture f("a.asm");
         f.ask(false, {}, [](QFileDialog& dialog) {
             QCOMPARE(dialog.sidebarUrls(), places(QCoreApplication::applicationDirPath()));

@@ -338,6 +338,15 @@ class CellBoxesTest : public QObject {
         QVERIFY(dashes(s_->box("txtA")) <= 2);
     }
 
+    void escPutsBackAlsoWhatWouldWriteTheSame() {
+        s_->clickCell("grdmem", 0x0200);
+        for (const char* typed : {"0", ""}) {
+            s_->type("txtDatMem", typed);
+            key(Qt::Key_Escape);
+            QCOMPARE(s_->text("txtDatMem"), "00");
+        }
+    }
+
     void escElsewhereDoesNothing() {
         s_->type("txtA", "7");
         key(Qt::Key_Escape);

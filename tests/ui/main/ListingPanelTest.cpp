@@ -155,6 +155,15 @@ class ListingPanelTest : public QObject {
         QCOMPARE(breakpoint(7), 0);
     }
 
+    void f9HeldDownIsPressedOnce() {
+        s_->clickRow(7);
+        key(Qt::Key_F9);
+        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_F9, Qt::NoModifier, {}, true);
+        QApplication::sendEvent(s_->listing(), &repeat);
+        QCOMPARE(breakpoint(7), -1);
+        QVERIFY(repeat.isAccepted());
+    }
+
     void aDoubleClickKeepsTheFirstRow() {
         s_->load(0, QByteArray::fromHex("3E3E3E3E3E3E"));
         s_->enter("txtDIR", "0003");
