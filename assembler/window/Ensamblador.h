@@ -38,10 +38,10 @@ class Ensamblador : public QDialog {
     void end(const QString& outcome);
     [[nodiscard]] bool running() const;
 
-    PathLabel *file1, *file2, *file3;
-    QPlainTextEdit *filelst, *filehex;
+    PathLabel *file1 = nullptr, *file2 = nullptr, *file3 = nullptr;
+    QPlainTextEdit *filelst = nullptr, *filehex = nullptr;
     QLabel* Label1;
-    QPushButton* cerrar;
+    QPushButton* cerrar = nullptr;
 };
 
 }  // namespace tavinor

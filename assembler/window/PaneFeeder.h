@@ -53,7 +53,7 @@ class PaneFeeder : public AssemblyObserver {
 
     Feed listing_;
     Feed report_;
-    QWidget* window_;
+    QWidget* window_ = nullptr;
     QElapsedTimer sinceShown_;
     qsizetype pieceSize_ = qsizetype{32} * 1024;  ///< Bytes; follows how long the pieces before have taken.
     std::optional<WorkProgress> progress_;

@@ -29,7 +29,7 @@ class ScrollingContent : public QScrollArea {
     void reveal(QWidget* control);
     void followFocus(QWidget* old, QWidget* now);
 
-    QWidget* above_;
+    QWidget* above_ = nullptr;
 };
 
 /// The most that a window may take of its screen, so that its frame, title bar and menu bar stay on it.

@@ -35,7 +35,7 @@ class WorkProgress : public WorkObserver {
     void makeDialog();
     void serveEvents(double done);
 
-    QWidget* window_;
+    QWidget* window_ = nullptr;
     WorkTexts texts_;
     std::chrono::milliseconds patience_;
     QElapsedTimer sinceBegin_;

@@ -35,12 +35,12 @@ class Busqueda : public QDialog {
     void search();
     bool selectFrom(qsizetype start);
 
-    SourceEdit* texto_;
-    QAction* Buscarsiguiente_;
-    PatternBox* cadena;
-    QCheckBox* may;
-    CommandButton *Buscar, *cancel;
-    QLabel* dirini;  // position of the last match, counted from 1, or empty
+    SourceEdit* texto_ = nullptr;
+    QAction* Buscarsiguiente_ = nullptr;
+    PatternBox* cadena = nullptr;
+    QCheckBox* may = nullptr;
+    CommandButton *Buscar = nullptr, *cancel = nullptr;
+    QLabel* dirini = nullptr;  // position of the last match, counted from 1, or empty
 };
 
 }  // namespace tavinor

@@ -84,12 +84,13 @@ class Editor : public QMainWindow {
     /// The window that questions belong to.
     [[nodiscard]] QWidget* front();
 
-    SourceEdit* texto;
-    QLabel *filename, *filepath;
-    QMenu *Archivo, *Edicion, *Buscarvacio;
-    QAction *Nuevo, *Abrir, *guardar, *guardarcomo, *Salir;
-    QAction *Cortar, *Copiar, *Pegar, *Buscar, *Buscarsiguiente;
-    Busqueda* busqueda_;
+    SourceEdit* texto = nullptr;
+    QLabel *filename = nullptr, *filepath = nullptr;
+    QMenu *Archivo = nullptr, *Edicion = nullptr, *Buscarvacio = nullptr;
+    QAction *Nuevo = nullptr, *Abrir = nullptr, *guardar = nullptr, *guardarcomo = nullptr, *Salir = nullptr;
+    QAction *Cortar = nullptr, *Copiar = nullptr, *Pegar = nullptr, *Buscar = nullptr,
+            *Buscarsiguiente = nullptr;
+    Busqueda* busqueda_ = nullptr;
     QPointer<QWidget> principal_;
     QString caption_;
     TextEncoding encoding_ = TextEncoding::utf8;

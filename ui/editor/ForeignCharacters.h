@@ -18,7 +18,7 @@ class ForeignCharacters {
     void replace();
 
   private:
-    QTextDocument* document_;
+    QTextDocument* document_ = nullptr;
     QList<int> positions_;
 };
 

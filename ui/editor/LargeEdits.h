@@ -67,7 +67,7 @@ class LargeEdits : public QObject {
     void goTo(int target);
     void noteChange();
 
-    QPlainTextEdit* box_;
+    QPlainTextEdit* box_ = nullptr;
     Portion portion_;  ///< Of what is going on.
     QList<Run> runs_;  ///< In ascending order.
     int rest_ = 0;     ///< The position in Qt's history after the change before.

@@ -89,7 +89,7 @@ class ByteGrid : public QTableView {
     [[nodiscard]] int heightFor(int rows) const;
     void followSelection();
 
-    ByteGridModel* model_;
+    ByteGridModel* model_ = nullptr;
     int visibleRows_;
     bool showing_ = false;
 };

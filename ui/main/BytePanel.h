@@ -54,11 +54,11 @@ class BytePanel : public QGroupBox {
     void typeDigit(const QString& digit);
     void compareData();
 
-    ByteGridModel* model_;
+    ByteGridModel* model_ = nullptr;
     // Two panels share the class: the controls' own names are their objectNames.
-    HexBox* address_;
-    CellBox* data_;
-    ByteGrid* grid_;
+    HexBox* address_ = nullptr;
+    CellBox* data_ = nullptr;
+    ByteGrid* grid_ = nullptr;
 };
 
 /// The panel "Memoria" with `grdmem`, `txtDirMem` and `txtDatMem`.

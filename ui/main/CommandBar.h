@@ -23,7 +23,8 @@ class CommandBar : public QWidget {
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-    CommandButton *Ejecutar, *Eje_paso, *CargarHEX, *Ensamblar, *Editar, *about, *Reset;
+    CommandButton *Ejecutar = nullptr, *Eje_paso = nullptr, *CargarHEX = nullptr, *Ensamblar = nullptr,
+                  *Editar = nullptr, *about = nullptr, *Reset = nullptr;
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -34,7 +35,7 @@ class CommandBar : public QWidget {
     [[nodiscard]] int singleRowWidth() const;
     void fold();
 
-    QBoxLayout* rows_;
+    QBoxLayout* rows_ = nullptr;
 };
 
 }  // namespace tavinor

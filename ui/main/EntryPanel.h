@@ -35,9 +35,9 @@ class EntryPanel : public QGroupBox {
 
   private:
     const MachineState& machine_;
-    HexBox* txtDIR;
-    CellBox *INSCO, *INSOP1, *INSOP2;
-    QLabel* INS;
+    HexBox* txtDIR = nullptr;
+    CellBox *INSCO = nullptr, *INSOP1 = nullptr, *INSOP2 = nullptr;
+    QLabel* INS = nullptr;
 };
 
 }  // namespace tavinor

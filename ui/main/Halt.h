@@ -68,12 +68,12 @@ class Halt : public QDialog {
     QRadioButton* makeOption(WayOut wayOut);
     [[nodiscard]] QRadioButton* option(WayOut wayOut) const { return opt[static_cast<std::size_t>(wayOut)]; }
 
-    QLabel *Label1, *Label2, *Label33;
+    QLabel *Label1 = nullptr, *Label2 = nullptr, *Label33 = nullptr;
     std::array<QRadioButton*, waysOut.size()> opt{};
     WayOut selected_ = WayOut::reset;
-    HexBox* txtVec;
-    CommandCheckBox* eje;
-    CommandButton* aceptar;
+    HexBox* txtVec = nullptr;
+    CommandCheckBox* eje = nullptr;
+    CommandButton* aceptar = nullptr;
     QEventLoop* showing_ = nullptr;
     std::optional<QPoint> place_;  // where it was left: it comes back there
 };

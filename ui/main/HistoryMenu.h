@@ -14,7 +14,7 @@ class HistoryMenu : public QMenu {
     /// Enables the commands, or disables them where there is nothing to undo or nothing may be undone.
     void allow(bool back);
 
-    QAction *pasoAtras, *atrasPunto, *atrasCasilla, *alPrincipio;
+    QAction *pasoAtras = nullptr, *atrasPunto = nullptr, *atrasCasilla = nullptr, *alPrincipio = nullptr;
 
   private:
     QAction* add(const char* name, const char* text, const QKeySequence& key);

@@ -52,10 +52,10 @@ class InterruptPanel : public QGroupBox {
     void CHKEI_Click(bool checked);
 
     const MachineState& machine_;
-    CommandCheckBox *CHK55, *CHK65, *CHK75, *CHKEI, *chkSID;
-    DisplayCheckBox* ChkSOD;
-    CommandButton *Rst55, *Rst65, *Rst75, *Trap, *Intr;
-    HexBox* txtVec;
+    CommandCheckBox *CHK55 = nullptr, *CHK65 = nullptr, *CHK75 = nullptr, *CHKEI = nullptr, *chkSID = nullptr;
+    DisplayCheckBox* ChkSOD = nullptr;
+    CommandButton *Rst55 = nullptr, *Rst65 = nullptr, *Rst75 = nullptr, *Trap = nullptr, *Intr = nullptr;
+    HexBox* txtVec = nullptr;
 };
 
 }  // namespace tavinor

@@ -111,8 +111,8 @@ class ListingPanel : public QGroupBox {
     bool running_ = false;
     /// The address that the user selected last, whatever the program has selected since.
     std::optional<std::int32_t> chosen_;
-    ListingView* prg;
-    QScrollBar* scrollBar_;
+    ListingView* prg = nullptr;
+    QScrollBar* scrollBar_ = nullptr;
 };
 
 }  // namespace tavinor

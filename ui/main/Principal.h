@@ -160,15 +160,15 @@ class Principal : public QMainWindow, private HaltHandler, private RunWindow {
     bool viewsBehind_ = false;
 
     // In the order of the screen, which is the order of Tab.
-    CommandBar* commands_;
-    ListingPanel* listing_;
-    EntryPanel* entry_;
-    RegisterPanel* registers_;
-    StackPanel* stack_;
-    InterruptPanel* interrupts_;
-    BytePanel* memory_;
-    BytePanel* ports_;
-    Halt* halt_;
+    CommandBar* commands_ = nullptr;
+    ListingPanel* listing_ = nullptr;
+    EntryPanel* entry_ = nullptr;
+    RegisterPanel* registers_ = nullptr;
+    StackPanel* stack_ = nullptr;
+    InterruptPanel* interrupts_ = nullptr;
+    BytePanel* memory_ = nullptr;
+    BytePanel* ports_ = nullptr;
+    Halt* halt_ = nullptr;
     std::unique_ptr<Editor> editor_;  // a window of its own, not one in front of this one
     std::unique_ptr<Listapasos> trace_;
     QAction* listains = nullptr;

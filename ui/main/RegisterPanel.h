@@ -80,11 +80,11 @@ class RegisterPanel : public QGroupBox {
     const ShownValues& shown_;
     int editedBoxes_ = 0;
 
-    HexBox *txtA, *txtF;
+    HexBox *txtA = nullptr, *txtF = nullptr;
     std::array<CommandCheckBox*, 8> chkF{};
-    HexBox *txtB, *txtC, *txtBC, *txtPC;
-    HexBox *txtD, *txtE, *txtDE, *txtSP;
-    HexBox *txtH, *txtL, *txtHL, *txtM;
+    HexBox *txtB = nullptr, *txtC = nullptr, *txtBC = nullptr, *txtPC = nullptr;
+    HexBox *txtD = nullptr, *txtE = nullptr, *txtDE = nullptr, *txtSP = nullptr;
+    HexBox *txtH = nullptr, *txtL = nullptr, *txtHL = nullptr, *txtM = nullptr;
 };
 
 }  // namespace tavinor

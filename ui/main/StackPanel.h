@@ -23,7 +23,7 @@ class StackPanel : public QGroupBox {
 
     const MachineState& machine_;
     const ShownValues& shown_;
-    QListWidget* pila;
+    QListWidget* pila = nullptr;
 };
 
 }  // namespace tavinor

@@ -26,7 +26,7 @@ class WayBackCommands {
 
   private:
     Simulation& simulation_;
-    QWidget* window_;
+    QWidget* window_ = nullptr;
 };
 
 }  // namespace tavinor

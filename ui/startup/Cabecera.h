@@ -52,8 +52,8 @@ class Cabecera : public QDialog {
 
     Version own_;
     UpdateSource updates_;
-    QLabel *lblVersion, *Label3;
-    QPushButton* OK;
+    QLabel *lblVersion = nullptr, *Label3 = nullptr;
+    QPushButton* OK = nullptr;
     QTimer* Timer1;
     UpdateCheck* check_ = nullptr;
 };

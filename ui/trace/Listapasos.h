@@ -51,7 +51,7 @@ class Listapasos : public QMainWindow {
 
     Simulation& simulation_;
     std::chrono::milliseconds patience_ = WorkProgress::usualPatience;
-    TraceView* lista;
+    TraceView* lista = nullptr;
     QAction* salvar = nullptr;
     QAction* borrar = nullptr;
     QAction* cerrar = nullptr;
