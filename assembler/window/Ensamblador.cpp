@@ -17,12 +17,12 @@
 #include "assembler/window/ErrorHighlighter.h"
 #include "assembler/window/PaneFeeder.h"
 #include "assembler/window/PathLabel.h"
-#include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/common/UnwrappedText.h"
 

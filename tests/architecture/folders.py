@@ -44,7 +44,7 @@ FOLDERS = {
 
 SYSTEM_SOURCES = ("files/File.cpp",)  # what of the core asks the operating system
 # What opens files by itself, and may: they are the system's own.
-OPENS_BY_ITSELF = ("ui/common/AvailableMemory.cpp", "ui/common/ControlGroups.cpp")
+OPENS_BY_ITSELF = ("ui/common/RequiredMemory.cpp", "ui/common/ControlGroups.cpp")
 
 TESTS = "tests"
 WHOLE_PROGRAM_TESTS = ("memory", "monkey", "ui/everywhere")  # folders of tests that look into every window

@@ -12,12 +12,12 @@
 #include <new>
 #include <optional>
 
-#include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FileDrops.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Busqueda.h"
 #include "ui/editor/RescueCopy.h"

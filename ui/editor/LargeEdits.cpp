@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <new>
 
-#include "ui/common/AvailableMemory.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/editor/SourceLimits.h"
 #include "ui/editor/TextPieces.h"
 

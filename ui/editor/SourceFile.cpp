@@ -8,8 +8,8 @@
 
 #include "files/File.h"
 #include "files/ReplacedFile.h"
-#include "ui/common/AvailableMemory.h"
 #include "ui/common/Paths.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/editor/SourceCharacters.h"
 #include "ui/editor/SourceEncoder.h"
 #include "ui/editor/SourceLimits.h"

@@ -8,13 +8,13 @@
 
 #include "simulation/Simulation.h"
 #include "trace/TraceFile.h"
-#include "ui/common/AvailableMemory.h"
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FocusGate.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
 #include "ui/common/Paths.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/trace/TraceView.h"
 

@@ -18,9 +18,9 @@
 #include <new>
 #include <utility>
 
-#include "ui/common/AvailableMemory.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/Naming.h"
+#include "ui/common/RequiredMemory.h"
 #include "ui/trace/AccessibleTrace.h"
 #include "ui/trace/RowScale.h"
 

@@ -1,6 +1,6 @@
 // What the limits of the process and of its control groups leave of the memory.
 
-#include "ui/common/AvailableMemory.h"
+#include "ui/common/RequiredMemory.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -107,16 +107,14 @@ bool underLimit(decltype(RLIMIT_AS) resource, int column, std::uint64_t limit, L
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-TEST(AvailableMemory, IsLimitedByTheProcessesOwnLimits) {
-    ASSERT_GT(availableMemory(), 100 * mebibyte);
-    const auto about64 = [] {
-        return availableMemory() <= 64 * mebibyte && availableMemory() > 40 * mebibyte;
-    };
+TEST(RequiredMemory, IsLimitedByTheProcessesOwnLimits) {
+    ASSERT_GT(memoryLeft(), 100 * mebibyte);
+    const auto about64 = [] { return memoryLeft() <= 64 * mebibyte && memoryLeft() > 40 * mebibyte; };
     EXPECT_TRUE(underLimit(RLIMIT_AS, 0, 64 * mebibyte, about64));
     EXPECT_TRUE(underLimit(RLIMIT_DATA, 5, 64 * mebibyte, about64));
 }
 
-TEST(AvailableMemory, IsAskedForBeforeLargeWork) {
+TEST(RequiredMemory, IsAskedForBeforeLargeWork) {
     EXPECT_NO_THROW(requireMemory(mebibyte));
     EXPECT_THROW(requireMemory(unlimited), std::bad_alloc);
     const auto refuses = [](std::uint64_t bytes) {

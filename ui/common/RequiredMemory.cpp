@@ -1,4 +1,4 @@
-#include "ui/common/AvailableMemory.h"
+#include "ui/common/RequiredMemory.h"
 
 #include <algorithm>
 #include <limits>
@@ -80,12 +80,12 @@ std::uint64_t room() {
 
 }  // namespace
 
-std::uint64_t availableMemory() {
+std::uint64_t memoryLeft() {
     return room();
 }
 
 void requireMemory(std::uint64_t bytes) {
-    const std::uint64_t available = availableMemory();
+    const std::uint64_t available = memoryLeft();
     if (available < reserve || available - reserve < bytes) throw std::bad_alloc();
 }
 
