@@ -8,9 +8,24 @@ import sys
 import time
 from functools import partial
 
-from desktop import Failure, Program, check, key, play_all, walk, write
+from desktop import Failure, Program, check, key, play_all, wait_for, walk, write
+from whole_program import TRACE, back_to_main_window, in_file, saved
 
 import pyatspi
+
+REGISTERS = (
+    "Acumulador A",
+    "Registro B",
+    "Registro C",
+    "Registro D",
+    "Registro E",
+    "Registro de indicadores F",
+    "Registro H",
+    "Registro L",
+    "Memoria apuntada por HL",
+    "Contador de programa PC",
+    "Puntero de pila SP",
+)
 
 
 def steps_through_the_sum(p, examples):
@@ -84,6 +99,52 @@ def goes_back(p, examples):
     key("i")  # "Al principio": the load is undone as well
     check_place("Al principio del historial", "0000", "00")
     check("the first row", lambda: p.rows()[0][:8], "0000 00 ")
+
+
+def registers(p):
+    """The columns of the trace that show registers, as their boxes read."""
+    texts = [p.text(name) for name in REGISTERS]
+    flags = "".join(str(int(texts[5], 16) >> bit & 1) for bit in (7, 6, 4, 2, 0))
+    return texts[:6] + [flags] + texts[6:]
+
+
+def traces_what_the_boxes_show(p, examples):
+    """The saved trace is what one would write down from the boxes before and after each step."""
+    rows = []
+
+    def step():
+        before = registers(p)
+        if not rows or rows[-1][3:] != before:
+            rows.append(["", "", "", *before])
+        address = before[10]
+        instruction = p.row(address).name
+        key("alt+p")
+        wait_for("a step", lambda: p.text("Contador de programa PC") != address)
+        text = instruction[15:].split(", contador")[0]
+        rows.append([address, instruction[5:13].ljust(9), text, *registers(p)])
+
+    p.load(os.path.join(examples, "01-suma.HEX"))
+    step()
+    step()
+    p.type_into("Registro D", "5A")
+    check("D", lambda: p.text("Registro D"), "5A")
+    step()
+    key("F7")
+    p.find("Deshecho: " + rows.pop()[2])
+    check("the boxes", lambda: registers(p), rows[-1][3:])
+    for _ in range(3):
+        step()
+    p.click("Lista")
+    window = p.frame_beside(p.frame)
+    p.click(p.find("Salvar", within=window))
+    path = os.path.join(p.home, "pasos.txt")
+    p.choose_file("Salvar fichero .TXT", path)
+    p.wait_until_active(window)
+    lines = [TRACE[0].replace("|", "\t"), *("\t".join(row) for row in rows)]
+    check("the trace", lambda: saved(path), in_file("\n".join(lines)))
+    check("rows", lambda: len(rows), 7)  # two of them state rows
+    os.remove(path)
+    back_to_main_window(p)
 
 
 def counts_pulses_in_a_run(p, examples):
@@ -187,6 +248,7 @@ SCENES = [
     steps_through_the_sum,
     breaks_and_halts,
     goes_back,
+    traces_what_the_boxes_show,
     counts_pulses_in_a_run,
     edits,
     refuses_a_bad_file,
