@@ -46,6 +46,8 @@ class SearchTest : public QObject {
                                                 << "I" << 1000 << false << 0;
         QTest::newRow("cut off by the end") << "MV"
                                             << "MVI" << 1 << false << 0;
+        QTest::newRow("the last letter") << "xxI"
+                                         << "I" << 3 << true << 3;
         QTest::newRow("at the very end") << "xxMVI"
                                          << "mvi" << 3 << false << 3;
     }
