@@ -57,12 +57,11 @@ bool History::differ(const Moment& before, const Moment& now, const TouchedCells
 /// Without memory for the way out of a HLT the HLT itself, whose row would show what it had led to, goes too.
 void History::changed(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind) {
     if (!recording_ || !differ(before, now, touched)) return;
-    const std::size_t cells = cells_.size();
-    const std::size_t pages = pages_.size();
+    const Kept kept{cells_.size(), pages_.size()};
     try {
         recordChange(before, now, touched, kind);
     } catch (const std::bad_alloc&) {
-        dropCellsFrom(cells, pages);
+        keepCells(kept);
         if (kind == Kind::wayOut) cutBehind({instructions_ - 1, changes_.size()});
         recording_ = false;
     }
@@ -105,9 +104,9 @@ void History::noteCellsOf(std::uint16_t page, const std::uint8_t* now, const Tou
     }
 }
 
-void History::dropCellsFrom(std::size_t cell, std::size_t page) {
-    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(cell), cells_.end());
-    pages_.erase(pages_.begin() + static_cast<std::ptrdiff_t>(page), pages_.end());
+void History::keepCells(Kept kept) {
+    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(kept.cells), cells_.end());
+    pages_.erase(pages_.begin() + static_cast<std::ptrdiff_t>(kept.pages), pages_.end());
 }
 
 std::size_t History::endOfCells(std::uint64_t index) const {
@@ -140,7 +139,7 @@ void History::cutBehind(const Position& last) {
     if (last == end()) return;
     ++revision_;
     if (last.changes < changes_.size()) {
-        dropCellsFrom(changes_[last.changes].firstCell, changes_[last.changes].firstPage);
+        keepCells({changes_[last.changes].firstCell, changes_[last.changes].firstPage});
         changes_.erase(changes_.begin() + static_cast<std::ptrdiff_t>(last.changes), changes_.end());
     }
     instructions_ = last.instructions;

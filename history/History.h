@@ -124,7 +124,12 @@ class History {
     void recordChange(const Moment& before, const Moment& now, const TouchedCells& touched, Kind kind);
     void noteCells(const Moment& now, const TouchedCells& touched);
     void noteCellsOf(std::uint16_t page, const std::uint8_t* now, const TouchedCells& touched);
-    void dropCellsFrom(std::size_t cell, std::size_t page);
+    /// How many cells and pages there are, or shall be.
+    struct Kept {
+        std::size_t cells;
+        std::size_t pages;
+    };
+    void keepCells(Kept kept);
     [[nodiscard]] std::size_t endOfCells(std::uint64_t index) const;
     [[nodiscard]] std::size_t endOfPages(std::uint64_t index) const;
 

@@ -18,7 +18,7 @@ std::string restartComment(int opcode) {
 
 }  // namespace
 
-std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir) {
+std::string comenta(const MachineState& m, std::uint8_t shownFlags, std::int32_t dir) {
     const int opcode = m.mem[asIndex(dir, memorySize)];
     const auto pc = static_cast<std::int32_t>(asIndex(m.PC, memorySize));
     const std::uint32_t behindPC = threeBytesAt(m, pc);

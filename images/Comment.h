@@ -13,6 +13,6 @@ namespace tavinor {
 /// behaviour.md, Images: comments.
 /// `shownFlags` is the flag byte as the panel shows it.
 /// @throws RuntimeError subscript when `dir` or PC is outside 0..65535.
-std::string comenta(const MachineState& m, int shownFlags, std::int32_t dir);
+std::string comenta(const MachineState& m, std::uint8_t shownFlags, std::int32_t dir);
 
 }  // namespace tavinor

@@ -18,21 +18,20 @@ int lengthAt(const MachineState& m, std::int32_t address) {
     return instructionLength(m.mem[asIndex(address, memorySize)]);
 }
 
-/// Whether decoding from `start` arrives exactly at `target`.
-bool leadsTo(const MachineState& m, std::int32_t start, std::int32_t target) {
-    std::int32_t address = start;
-    while (address < target) address += lengthAt(m, address);
-    return address == target;
-}
-
 }  // namespace
 
 std::int32_t inidisp(const MachineState& m, std::int32_t cp) {
+    const auto leadsHere = [&m, cp](std::int32_t start) {
+        std::int32_t address = start;
+        while (address < cp) address += lengthAt(m, address);
+        return address == cp;
+    };
     std::int32_t start = std::max(cp - bytesBefore, 0);
-    while (!leadsTo(m, start, cp)) ++start;
+    while (!leadsHere(start)) ++start;
     return start;
 }
 
+// Where the listing begins, then what is selected. NOLINTNEXTLINE(bugprone-easily-swappable-parameters)
 int Listing::dispmem(std::int32_t cp, std::int32_t sel) {
     rows_.clear();
     int found = noRow;

@@ -61,6 +61,8 @@ class BatchBus {
         return at(r_.PC - 1) * 256 + at(r_.PC - 2);
     }
     [[nodiscard]] std::uint8_t at(std::int32_t address) const { return m_.at(address); }
+    // Where, then what, as in every procedure that stores.
+    // NOLINTNEXTLINE(bugprone-easily-swappable-parameters)
     void savmem(std::int32_t dir, std::int32_t dat) {
         const auto byte = static_cast<std::uint8_t>(dat);
         m_.mem[static_cast<std::size_t>(dir)] = byte;

@@ -108,6 +108,8 @@ struct MachineState : Registers {
 
     /// Stores a byte in memory cell `dir` (0..65537, the mirror cells included).
     /// @throws RuntimeError overflow when `dat` is outside 0..255, else subscript when `dir` is outside.
+    // Where, then what, as in every procedure that stores.
+    // NOLINTNEXTLINE(bugprone-easily-swappable-parameters)
     void storeMemory(std::int32_t dir, std::int32_t dat) {
         const std::uint8_t byte = asByte(dat);
         mem[asIndex(dir, mirroredMemorySize)] = byte;
@@ -115,6 +117,7 @@ struct MachineState : Registers {
 
     /// Stores a byte in port `dir` (0..255).
     /// @throws RuntimeError as `storeMemory`.
+    // NOLINTNEXTLINE(bugprone-easily-swappable-parameters): the same
     void storePort(std::int32_t dir, std::int32_t dat) {
         const std::uint8_t byte = asByte(dat);
         port[asIndex(dir, portCount)] = byte;

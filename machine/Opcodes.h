@@ -36,6 +36,8 @@ class Opcodes {
     void clear(int bit) { m.F = static_cast<std::uint8_t>(m.F & ~bit); }
     void assignCarry(bool carry) { carry ? set(flag::CY) : clear(flag::CY); }
 
+    // High, then low, as in the name of a pair.
+    // NOLINTBEGIN(bugprone-easily-swappable-parameters)
     static void split(std::int32_t pair, std::uint8_t& high, std::uint8_t& low) {
         high = static_cast<std::uint8_t>(pair / 256);
         low = static_cast<std::uint8_t>(pair % 256);
@@ -54,6 +56,7 @@ class Opcodes {
         high = bus.at(m.SP);
         OPINX(m.SP);
     }
+    // NOLINTEND(bugprone-easily-swappable-parameters)
 
     void inrM() {
         std::uint8_t t = M();

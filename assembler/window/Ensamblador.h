@@ -40,7 +40,7 @@ class Ensamblador : public QDialog {
 
     PathLabel *file1 = nullptr, *file2 = nullptr, *file3 = nullptr;
     QPlainTextEdit *filelst = nullptr, *filehex = nullptr;
-    QLabel* Label1;
+    QLabel* Label1 = nullptr;
     QPushButton* cerrar = nullptr;
 };
 

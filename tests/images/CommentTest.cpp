@@ -28,7 +28,7 @@ class CommentTest : public ::testing::Test {
     }
 
     /// The comment at PC for an opcode with the operand bytes 30 20.
-    std::string comment(int opcode, int shownFlags) {
+    std::string comment(int opcode, std::uint8_t shownFlags) {
         place(m, here, {opcode, 0x30, 0x20});
         return comenta(m, shownFlags, here);
     }

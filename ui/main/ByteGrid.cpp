@@ -24,10 +24,10 @@ constexpr int fewestRows = 4;
 
 }  // namespace
 
-ByteGridModel::ByteGridModel(int size, int digits, QObject* parent)
+ByteGridModel::ByteGridModel(int size, QObject* parent)
     : QAbstractTableModel(parent),
       size_(size),
-      digits_(digits),
+      digits_(size > 256 ? 4 : 2),
       changedRows_(static_cast<std::size_t>(size / columns)) {}
 
 int ByteGridModel::rowCount(const QModelIndex& parent) const {

@@ -16,9 +16,9 @@ class ByteGridModel : public QAbstractTableModel {
   public:
     static constexpr int columns = 16;
 
-    /// `digits` is the width of the row headers; `size` the number of cells, a multiple of 16. The cells are
-    /// empty until they are filled.
-    ByteGridModel(int size, int digits, QObject* parent);
+    /// `size` is the number of cells, a multiple of 16; the row headers have as many digits as addresses
+    /// need. The cells are empty until they are filled.
+    ByteGridModel(int size, QObject* parent);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;

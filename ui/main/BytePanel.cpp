@@ -12,7 +12,7 @@ namespace tavinor {
 
 BytePanel::BytePanel(const BytePanelNames& names, QWidget* parent)
     : QGroupBox(names.title, parent),
-      model_(new ByteGridModel(names.cells, names.addressDigits, this)),
+      model_(new ByteGridModel(names.cells, this)),
       address_(new HexBox(names.address, names.addressAccessible, names.addressDigits, this)),
       data_(new CellBox(names.data, names.dataAccessible, this)),
       grid_(named(new ByteGrid(model_, names.visibleRows, this), names.grid, names.gridAccessible)) {

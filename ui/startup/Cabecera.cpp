@@ -118,9 +118,10 @@ void Cabecera::paintEvent(QPaintEvent* event) {
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-void Cabecera::present(bool okVisible, bool okEnabled) {
+void Cabecera::present(Face face) {
+    const bool okVisible = face == Face::about;
     OK->setVisible(okVisible);
-    OK->setEnabled(okEnabled);
+    OK->setEnabled(face != Face::farewell);
     setWindowFlags(okVisible ? Qt::Dialog | Qt::WindowCloseButtonHint
                              : Qt::SplashScreen | Qt::FramelessWindowHint);
     Timer1->start();
@@ -131,7 +132,7 @@ void Cabecera::present(bool okVisible, bool okEnabled) {
 }
 
 void Cabecera::showSplash() {
-    present(false, true);
+    present(Face::splash);
     if (check_ != nullptr) return;
     check_ = new UpdateCheck(updates_.address, own_, this);
     connect(check_, &UpdateCheck::updateFound, this, &Cabecera::offer);
@@ -139,13 +140,13 @@ void Cabecera::showSplash() {
 }
 
 void Cabecera::showAbout() {
-    present(true, true);
+    present(Face::about);
     OK->setFocus();
     exec();
 }
 
 void Cabecera::showFarewell() {
-    present(false, false);
+    present(Face::farewell);
 }
 
 void Cabecera::OK_Click() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <cstdint>
 
 #include "ui/startup/BuildOptions.h"
 #include "ui/startup/Update.h"
@@ -47,14 +48,15 @@ class Cabecera : public QDialog {
     void layOut();
     void OK_Click();
     void Timer1_Timer();
-    void present(bool okVisible, bool okEnabled);
+    enum class Face : std::uint8_t { splash, about, farewell };
+    void present(Face face);
     void offer(const Update& update);
 
     Version own_;
     UpdateSource updates_;
     QLabel *lblVersion = nullptr, *Label3 = nullptr;
     QPushButton* OK = nullptr;
-    QTimer* Timer1;
+    QTimer* Timer1 = nullptr;
     UpdateCheck* check_ = nullptr;
 };
 
