@@ -6,7 +6,8 @@
 namespace tavinor::test {
 
 std::string KeptCopies::play(std::int64_t most) {
-    if (twins.any(4) == 0) {
+    const bool inGroup = history().endsGroup(history().end());  // as after a way back: it may go on
+    if (twins.any(inGroup ? 2 : 4) == 0) {
         if (std::string text = disturb(); !text.empty()) return text;
     }
     if (twins.any(12) == 0) twins.type();
@@ -30,7 +31,13 @@ std::string KeptCopies::disturb() {
     Entry entry = remembered();
     const bool goesOn = history().endsGroup(entry.position);
     if (!goesOn) note(entry.position);
+    const std::uint64_t revision = history().revision();
     for (int acts = 1 + twins.any(2); acts > 0; --acts) twins.disturb();
+    if (history().revision() != revision) {  // cleared within a HLT that a device brought
+        std::string text = twins.differences();
+        clear();
+        return text;
+    }
     if (history().end() == entry.position) {
         if (!goesOn) done_.pop_back();
         return twins.differences();
@@ -119,8 +126,8 @@ std::string KeptCopies::backToBreakpoint() {
 }
 
 std::string KeptCopies::backToLastWrite() {
-    const std::vector<std::int32_t>& stores = anyDone().stores;
-    const std::int32_t address = stores.empty() ? twins.any(memorySize) : stores.front();
+    const std::vector<std::int32_t>& stores = (twins.any(2) == 0 ? done_.back() : anyDone()).stores;
+    const std::int32_t address = stores.empty() ? twins.any(memorySize) : stores.back();
     const Done* expected = latest([address](const Done& done) {
         return std::find(done.stores.begin(), done.stores.end(), address) != done.stores.end();
     });
