@@ -70,6 +70,8 @@ class Student(Writer):
             put(os.path.join(self.many, f"programa-de-prueba-{i}.hex"), b"")
         self.writes()
         self.written = "; nuevo\n"
+        self.rest = "; año\n HLT\n"
+        self.on_disk = (OLD,)
         self.back_to_main_window()
         self.trace = None
 
@@ -192,15 +194,54 @@ class Student(Writer):
         dialog = self.window("Tavinor", "dialog")
         return dialog and any(node.name == "Ensamblado correcto" for node in walk(dialog))
 
-    def types(self):
+    def goes_to_the_editor(self):
         self.click("Editar fichero")
         self.wait_until_active(self.editor)
         self.focused_box(EDITED_TEXT, self.editor)
-        write("; x\n")
-        self.written += "; x\n"
-        check("the text", self.edited, self.written + "; año\n HLT\n")
+
+    def adds(self, line):
+        write(line)
+        self.written += line
+        check("the text", self.edited, self.written + self.rest)
+
+    def types(self):
+        self.goes_to_the_editor()
+        self.adds("; x\n")
         self.back_to_main_window()
         return True
+
+    def in_bytes(self):
+        return (self.written + self.rest).replace("\n", "\r\n").encode("cp1252")
+
+    def saves_and_opens_the_source(self):
+        self.goes_to_the_editor()
+        self.adds("; s\n")
+        done = self.saves_the_source() and self.opens_the_source()
+        self.adds("; x\n")
+        self.back_to_main_window()
+        return done
+
+    def saves_the_source(self):
+        saved = self.in_bytes() + b"\r\n"
+        self.on_disk += (saved,)
+        key("ctrl+g")
+        if self.comes("the end of a save", lambda: content(self.source) == saved) is None:
+            self.wait_until_active(self.editor)
+            check("the source", lambda: content(self.source), self.on_disk[0])
+            self.on_disk = self.on_disk[:1]
+            return False
+        self.on_disk = (saved,)
+        return True
+
+    def opens_the_source(self):
+        text = self.written + self.rest + "\n"
+        key("ctrl+a")
+        dialog = self.answers_dialog("Cargar fichero .ASM", self.source)
+        opened = dialog and self.comes("the end of opening", lambda: self.edited() == text) is not None
+        self.wait_until_active(self.editor)
+        if opened:
+            self.written, self.rest = "", text
+        return opened
 
     def looks_into_a_folder(self):
         title = "Cargar fichero .HEX"
@@ -214,17 +255,20 @@ class Student(Writer):
 
     def check_rescue(self):
         """After an end of the program."""
-        check("the source", lambda: content(self.source), OLD)
-        text = (self.written + "; año\n HLT\n").replace("\n", "\r\n").encode("cp1252")
-        last = text.replace(b"; x\r\n; a\xf1o", b"; a\xf1o")  # it may have ended while it was typed
-        if content(self.copy) not in (text, last):
+        if content(self.source) not in self.on_disk:
+            raise Failure(f"the source is {content(self.source)!r}")
+        text = self.in_bytes()
+        typed = self.written.replace("\n", "\r\n").encode("cp1252")
+        before = typed[: -len(b"; x\r\n")] + text[len(typed) :]  # it may have ended while it was typed
+        saved = [None] if content(self.source) in (text + b"\r\n", before + b"\r\n", text) else []
+        if content(self.copy) not in [text, before, *saved]:
             raise Failure(f"the text is lost: the copy is {content(self.copy)!r}")
         for name in os.listdir(self.home):
             if name not in LEFT_BY_THE_END:
                 raise Failure(f"{name} has been left behind")
 
 
-THINGS = ("loads", "steps", "runs", "saves_the_trace", "assembles", "types")
+THINGS = ("loads", "steps", "runs", "saves_the_trace", "assembles", "types", "saves_and_opens_the_source")
 
 
 def goes_on(student, room):
