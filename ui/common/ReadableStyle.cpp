@@ -48,11 +48,11 @@ void separateSelections(QPalette& palette) {
 }
 
 /// An outline between a box and the window around it.
-QColor outline(const QPalette& palette) {
+QColor outline(const QPalette& palette, double ratio) {
     const QColor ink = palette.color(QPalette::Active, QPalette::WindowText);
     const QColor pale = mixed(palette.color(QPalette::Window), ink, 0.3);
-    return standingOut(standingOut(pale, palette.color(QPalette::Base), ink, markContrast),
-                       palette.color(QPalette::Window), ink, markContrast);
+    return standingOut(standingOut(pale, palette.color(QPalette::Base), ink, ratio),
+                       palette.color(QPalette::Window), ink, ratio);
 }
 
 QColor focusColour(const QPalette& palette, const QColor& background) {
@@ -98,8 +98,10 @@ bool isPartOfARow(const QStyleOption& option) {
 /// What Qt's own style draws too faintly is drawn over it.
 void strengthen(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter) {
     const bool focus = showsFocus(option);
-    const QColor colour =
-        focus ? focusColour(option.palette, option.palette.color(QPalette::Window)) : outline(option.palette);
+    // A circle's line is mixed with what lies beside it.
+    const double ratio = element == QStyle::PE_IndicatorRadioButton ? markContrast + 1 : markContrast;
+    const QColor colour = focus ? focusColour(option.palette, option.palette.color(QPalette::Window))
+                                : outline(option.palette, ratio);
     const int width = focus ? 2 : 1;
     switch (element) {
         case QStyle::PE_IndicatorCheckBox: drawFrame(painter, option.rect, colour, width, 0); break;
