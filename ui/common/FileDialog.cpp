@@ -24,6 +24,11 @@ FileDialog::FileDialog(QWidget* parent, const QString& title, QString suffix)
     setFileMode(AnyFile);
     begin_ = directory().path();
     readName();
+    // Qt would move files that are dropped on the list into the folder that it shows.
+    for (const char* name : {"listView", "treeView"}) {
+        findChild<QAbstractItemView*>(QString::fromLatin1(name))
+            ->setDragDropMode(QAbstractItemView::NoDragDrop);
+    }
 }
 
 /// Qt follows the name field too, to mark files in the list and to say whether its button can be pressed. Its

@@ -11,7 +11,6 @@ FocusGate& FocusGate::of(const QWidget* widget) {
     return gate != nullptr ? *gate : *new FocusGate(window);
 }
 
-/// An assistive tool can press what lies behind a modal window; the user cannot.
 bool FocusGate::isInReach() const {
     const QWidget* modal = QApplication::activeModalWidget();
     return modal == nullptr || modal == parent();

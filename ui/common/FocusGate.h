@@ -20,6 +20,10 @@ class FocusGate : public QObject {
     /// window.
     static FocusGate& of(const QWidget* widget);
 
+    /// Whether no modal window keeps the user from this one. An assistive tool can press and write behind
+    /// one; what it does there must have no effect.
+    [[nodiscard]] bool isInReach() const;
+
     /// Leaves the box in which the user is, if any. The focus goes to `next`, or stays where nothing takes it
     /// (a menu's command). False where the command must not act.
     [[nodiscard]] bool pass(QWidget* next = nullptr);
@@ -37,7 +41,6 @@ class FocusGate : public QObject {
 
   private:
     explicit FocusGate(QWidget* window) : QObject(window) {}
-    [[nodiscard]] bool isInReach() const;
 
     QPointer<HexBox> box_;
 };

@@ -46,6 +46,7 @@ HexBox::HexBox(const QString& name, const QString& accessibleName, int digits, Q
     setAlignment(Qt::AlignCenter);
     setAcceptDrops(false);
     showText(QString(digits, '0'));
+    noted_ = text();
     connect(this, &QLineEdit::textChanged, this, &HexBox::noteEdit);
     useFont(this, fixedFont, [this] { fitDigits(); });
 }
@@ -91,6 +92,11 @@ void HexBox::showValue(int value) {
 }
 
 void HexBox::noteEdit() {
+    if (text() != shown_ && text() != noted_ && !FocusGate::of(this).isInReach()) {
+        setText(noted_);
+        return;
+    }
+    noted_ = text();
     const bool edited = text() != shown_;
     if (edited != edited_) {
         edited_ = edited;

@@ -96,6 +96,7 @@ class HexBox : public QLineEdit {
     int digits_;
     Blank blank_;
     QString shown_;
+    QString noted_;  // the text before the last change
     bool edited_ = false;
     State state_ = State::outside;
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected

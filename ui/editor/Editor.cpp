@@ -8,21 +8,18 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QScopedValueRollback>
 #include <new>
 #include <optional>
 
 #include "ui/common/FileDialogs.h"
 #include "ui/common/FileDrops.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/MessageBoxes.h"
 #include "ui/common/Naming.h"
-#include "ui/common/RequiredMemory.h"
 #include "ui/common/ScrollingContent.h"
 #include "ui/editor/Busqueda.h"
-#include "ui/editor/RescueCopy.h"
 #include "ui/editor/SourceEdit.h"
-#include "ui/editor/SourceLimits.h"
 
 namespace tavinor {
 
@@ -42,19 +39,6 @@ QString nameWithoutFolder(const QString& path) {
 #else
     return path.section('/', -1);
 #endif
-}
-
-WorkTexts saveTexts() {
-    return {QStringLiteral("Guardando el fichero..."), QStringLiteral("Parte guardada")};
-}
-
-QString whyNotRead(const SourceFile& file) {
-    return file.state == SourceFile::State::tooLarge ? file.text : QStringLiteral("Error abriendo fichero");
-}
-
-/// As if the file had been read line by line. A save adds one more: see behaviour.md, Editor: files.
-QString withLastLineEnd(const QString& text) {
-    return text.endsWith('\n') ? text : text + '\n';
 }
 
 }  // namespace
@@ -119,20 +103,21 @@ void Editor::makeMenus() {
     for (QAction* action : {Cortar, Copiar, Pegar, Buscarsiguiente}) action->setEnabled(false);
     texto->leaveToMenus(keys);
 
-    const auto connectCommand = [this](QAction* action, void (Editor::*procedure)()) {
-        connect(action, &QAction::triggered, this,
-                [this, procedure] { guardMemory(this, [this, procedure] { (this->*procedure)(); }); });
+    const auto connectCommand = [this](QAction* action, auto* object, auto procedure) {
+        connect(action, &QAction::triggered, this, [this, object, procedure] {
+            if (FocusGate::of(this).isInReach()) guardMemory(this, [=] { (object->*procedure)(); });
+        });
     };
-    connectCommand(Nuevo, &Editor::Nuevo_Click);
-    connectCommand(Abrir, &Editor::Abrir_Click);
-    connectCommand(guardar, &Editor::guardar_Click);
-    connectCommand(guardarcomo, &Editor::guardarcomo_Click);
-    connect(Salir, &QAction::triggered, this, &QWidget::close);
-    connect(Cortar, &QAction::triggered, texto, &SourceEdit::cut);
-    connect(Copiar, &QAction::triggered, texto, &SourceEdit::copy);
-    connect(Pegar, &QAction::triggered, texto, &SourceEdit::paste);
-    connectCommand(Buscar, &Editor::Buscar_Click);
-    connect(Buscarsiguiente, &QAction::triggered, this, [this] { busqueda_->Buscar_Click(); });
+    connectCommand(Nuevo, this, &Editor::Nuevo_Click);
+    connectCommand(Abrir, this, &Editor::Abrir_Click);
+    connectCommand(guardar, this, &Editor::guardar_Click);
+    connectCommand(guardarcomo, this, &Editor::guardarcomo_Click);
+    connectCommand(Salir, this, &QWidget::close);
+    connectCommand(Cortar, texto, &SourceEdit::cut);
+    connectCommand(Copiar, texto, &SourceEdit::copy);
+    connectCommand(Pegar, texto, &SourceEdit::paste);
+    connectCommand(Buscar, this, &Editor::Buscar_Click);
+    connectCommand(Buscarsiguiente, this, &Editor::Buscarsiguiente_Click);
 }
 
 void Editor::refreshEdicion() {
@@ -207,6 +192,10 @@ void Editor::Buscar_Click() {
     busqueda_->showForTyping();
 }
 
+void Editor::Buscarsiguiente_Click() {
+    busqueda_->Buscar_Click();
+}
+
 bool Editor::askToSave() {
     if (!changed_) return true;
     if (isMinimized()) bringForward();
@@ -226,87 +215,6 @@ void Editor::setFilename(const QString& path) {
     showCaption();
 }
 
-/// The file is read before anything changes: where there is too little memory for it, the old text stays.
-void Editor::open(const QString& path) {
-    const QScopedValueRollback<bool> busy(busyWithFile_, true);
-    KnownContents known;
-    known.note(path);
-    const SourceFile file = readSource(path);
-    setFilename(path);
-    known_ = known;
-    try {
-        changed_ = filename_Change(file);
-    } catch (const std::bad_alloc&) {
-        clearText();
-        setFilename({});
-        throw;
-    }
-}
-
-/// A file that exists but cannot be read leaves the text without a name, so that no save puts an empty text
-/// in its place. An empty file has nothing to lose and keeps its name.
-bool Editor::filename_Change(const SourceFile& file) {
-    clearText();
-    const QString path = filename->text();
-    const RescueCopy copy(path);
-    if (copy.isNewer() && askYesNo(front(), QStringLiteral("Hay una copia de rescate más reciente.\r\n"
-                                                           "¿Desea abrirla?"))) {
-        return loadRescueCopy(copy, file.state == SourceFile::State::read ? &file.encoding : nullptr);
-    }
-    if (!QFileInfo::exists(path)) {
-        const QString question =
-            QStringLiteral("El fichero ") + path + QStringLiteral(" no existe\r\n¿Desea crearlo?");
-        if (!askYesNo(front(), question)) setFilename({});
-        return false;
-    }
-    if (file.state != SourceFile::State::read) {
-        if (file.state != SourceFile::State::empty) setFilename({});
-        showMessage(front(), whyNotRead(file));
-        return false;
-    }
-    encoding_ = file.encoding;
-    texto->setSource(withLastLineEnd(file.text));
-    return false;
-}
-
-/// The text is shown to the letter. It goes on in the source's encoding, of which the copy tells only where
-/// it has no character that the other one lacks.
-bool Editor::loadRescueCopy(const RescueCopy& copy, const TextEncoding* encoding) {
-    const SourceFile rescued = readSource(copy.path());
-    if (rescued.state == SourceFile::State::failed || rescued.state == SourceFile::State::tooLarge) {
-        setFilename({});
-        showMessage(front(), whyNotRead(rescued));
-        return false;
-    }
-    encoding_ = encoding != nullptr ? *encoding : rescued.encoding;
-    texto->setSource(rescued.text);
-    copyIsOurs_ = true;
-    return true;
-}
-
-/// What has gone, or cannot be read, is left to the next save.
-void Editor::readAgain() {
-    if (changed_ || busyWithFile_ || !isVisible() || !known_.differFrom(filename->text())) return;
-    const QScopedValueRollback<bool> busy(busyWithFile_, true);
-    KnownContents now;
-    now.note(filename->text());
-    const SourceFile file = readSource(filename->text());
-    if (file.state != SourceFile::State::read) return;
-    texto->setSourceInPlace(withLastLineEnd(file.text));
-    encoding_ = file.encoding;
-    known_ = now;
-}
-
-bool Editor::mayOverwrite() {
-    const QScopedValueRollback<bool> busy(busyWithFile_, true);
-    const QString& path = filename->text();
-    if (!known_.differFrom(path)) return true;
-    const QString question = QStringLiteral("El fichero ") + path +
-                             QStringLiteral(" ha cambiado en el disco\r\n¿Desea sobreescribirlo?");
-    changed_ = true;  // not what is on disk, also while the question is open
-    return askYesNo(this, question, DefaultAnswer::no);
-}
-
 void Editor::showCaption() {
     const QString name =
         filename->text().isEmpty() ? QStringLiteral("[Sin nombre]") : nameWithoutFolder(filename->text());
@@ -320,59 +228,6 @@ void Editor::clearText() {
     encoding_ = TextEncoding::utf8;
     changed_ = false;
     copyIsOurs_ = false;
-}
-
-bool Editor::write(const QString& path) {
-    const QScopedValueRollback<bool> busy(busyWithFile_, true);
-    try {
-        return writeText(path);
-    } catch (const Cancelled&) {
-        return false;
-    }
-}
-
-bool Editor::writeText(const QString& path) {
-    if (texto->size() > smallSource) requireMemory(memoryOfSaving(texto->size()));
-    const QString text = texto->source().append('\n');
-    const int revision = texto->document()->revision();
-    const std::optional<TextEncoding> encoding = encodingFor(text);
-    if (!encoding) return false;
-    std::optional<std::string> written;
-    {
-        WorkProgress progress(this, saveTexts(), patience_);
-        written = writeSource(path, text, *encoding, progress);
-    }
-    if (!written) {
-        showMessage(this, QStringLiteral("Error guardando fichero"));
-        return false;
-    }
-    changed_ = texto->document()->revision() != revision;  // a tool may have written meanwhile
-    encoding_ = *encoding;
-    copyIsOurs_ = false;
-    known_.noteWritten(*written);
-    RescueCopy(path).remove();
-    return true;
-}
-
-std::optional<TextEncoding> Editor::encodingFor(const QString& text) {
-    const bool possible = [&] {
-        WorkProgress progress(this, saveTexts(), patience_);
-        return canEncodeSource(text, encoding_, progress);
-    }();
-    if (possible) return encoding_;
-    const bool unicode = askYesNo(this, QStringLiteral("El texto contiene caracteres que no existen en la "
-                                                       "codificación del fichero (Windows-1252)\r\n"
-                                                       "¿Desea guardarlo en UTF-8?"));
-    return unicode ? std::optional(TextEncoding::utf8) : std::nullopt;
-}
-
-/// Where it fails there is nothing left to try.
-void Editor::rescue() {
-    if (!changed_ || filename->text().isEmpty()) return;
-    const auto text = [this](const auto& take) { texto->handOut(take); };
-    using Earlier = RescueCopy::Earlier;
-    const RescueCopy copy(filename->text());
-    if (copy.write(text, encoding_, copyIsOurs_ ? Earlier::replaced : Earlier::kept)) copyIsOurs_ = true;
 }
 
 bool Editor::event(QEvent* event) {

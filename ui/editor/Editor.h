@@ -54,6 +54,7 @@ class Editor : public QMainWindow {
     void guardar_Click();
     void guardarcomo_Click();
     void Buscar_Click();
+    void Buscarsiguiente_Click();
     void refreshEdicion();
 
     void bringForward();

@@ -14,6 +14,8 @@ class ForeignCharacters {
 
     /// Looks for them among `added` characters that came to `position`.
     void note(int position, int added);
+    /// They have gone again.
+    void forget() { positions_.clear(); }
     /// Puts what belongs into a source in their places, as a part of the step of undo that they came with.
     void replace();
 

@@ -38,6 +38,7 @@ class LargeEdits : public QObject {
     void undo();
     void redo();
 
+    [[nodiscard]] bool isGoingOn() const { return portion_ != nullptr; }
     /// Does the rest of a change that is going on at once.
     void finish();
     /// Another text: nothing that was done can be undone, and what is going on ends where it is.

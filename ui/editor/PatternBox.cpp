@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 
 #include "ui/common/FileDrops.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Naming.h"
 #include "ui/editor/EditKeys.h"
 
@@ -13,6 +14,16 @@ namespace tavinor {
 PatternBox::PatternBox(const QString& name, const QString& accessibleName, QWidget* parent)
     : QLineEdit(parent) {
     named(this, name, accessibleName);
+    connect(this, &QLineEdit::textChanged, this, &PatternBox::noteEdit);
+}
+
+/// An assistive tool can write behind a modal window.
+void PatternBox::noteEdit() {
+    if (FocusGate::of(this).isInReach()) {
+        noted_ = text();
+    } else if (text() != noted_) {
+        setText(noted_);
+    }
 }
 
 void PatternBox::focusInEvent(QFocusEvent* event) {

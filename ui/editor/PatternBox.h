@@ -22,6 +22,9 @@ class PatternBox : public QLineEdit {
     void dragEnterEvent(QDragEnterEvent* event) override;
 
   private:
+    void noteEdit();
+
+    QString noted_;               // the text before the last change
     bool selectOnPress_ = false;  // the press that gave the focus keeps the whole text selected
 };
 

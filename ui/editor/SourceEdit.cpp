@@ -1,17 +1,11 @@
 #include "ui/editor/SourceEdit.h"
 
-#include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
-#include <QDragEnterEvent>
-#include <QDragLeaveEvent>
-#include <QDropEvent>
 #include <QFontMetricsF>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -21,13 +15,12 @@
 #include <new>
 #include <utility>
 
-#include "ui/common/FileDrops.h"
+#include "ui/common/FocusGate.h"
 #include "ui/common/Fonts.h"
 #include "ui/common/MemoryGuard.h"
 #include "ui/common/Naming.h"
 #include "ui/editor/EditKeys.h"
 #include "ui/editor/SourceCharacters.h"
-#include "ui/editor/SourceLimits.h"
 
 namespace tavinor {
 
@@ -35,11 +28,6 @@ namespace {
 
 constexpr int tabColumns = 8;
 constexpr int retryPeriod = 1000;  // milliseconds
-
-/// Inside Qt a line ends in a paragraph separator.
-QString withLineFeeds(QString text) {
-    return text.replace(QChar(QChar::ParagraphSeparator), QChar(QChar::LineFeed));
-}
 
 }  // namespace
 
@@ -53,10 +41,10 @@ SourceEdit::SourceEdit(const QString& name, const QString& accessibleName, QWidg
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setMouseTracking(true);
     connect(this, &QPlainTextEdit::selectionChanged, this, &SourceEdit::touched);
-    connect(document(), &QTextDocument::contentsChange, this,
-            [this](int position, int /*removed*/, int added) {
-                if (!settingSource_) foreign_.note(position, added);
-            });
+    connect(document(), &QTextDocument::contentsChange, this, [this](int position, int removed, int added) {
+        if (!settingSource_) foreign_.note(position, added);
+        change_ = {.position = position, .removed = removed, .added = added};
+    });
     connect(this, &QPlainTextEdit::textChanged, this, &SourceEdit::noteEdit);
     connect(&largeEdits_, &LargeEdits::memoryOut, this, [this] { emit refused(memoryOutText()); });
 }
@@ -77,9 +65,33 @@ bool SourceEdit::guarded(const std::function<void()>& procedure) {
 /// text.
 void SourceEdit::noteEdit() {
     if (settingSource_) return;
+    if (!largeEdits_.isGoingOn() && !FocusGate::of(this).isInReach()) {
+        takeBack();
+        return;
+    }
     if (document()->isEmpty()) arriving_.drop();
     foreign_.replace();
+    undoSteps_ = document()->availableUndoSteps();
     emit edited();
+}
+
+/// What a tool has written behind a modal window. Where Qt has made it a part of what the user typed last,
+/// that is typed again.
+void SourceEdit::takeBack() {
+    const QScopedValueRollback setting(settingSource_, true);
+    foreign_.forget();
+    if (document()->availableUndoSteps() > undoSteps_) {
+        QPlainTextEdit::undo();
+    } else {
+        const QString typed = source().remove(change_.position, change_.added);
+        const int written = change_.added;
+        QPlainTextEdit::undo();
+        QTextCursor cursor(document());
+        cursor.setPosition(change_.position);
+        cursor.insertText(typed.mid(change_.position, change_.removed - written));
+    }
+    document()->clearUndoRedoStacks(QTextDocument::RedoStack);
+    undoSteps_ = document()->availableUndoSteps();
 }
 
 /// Not `toPlainText`, which turns no-break spaces into plain ones.
@@ -90,6 +102,7 @@ QString SourceEdit::source() {
 
 void SourceEdit::setSource(const QString& text) {
     largeEdits_.forget();
+    undoSteps_ = 0;
     returning_.reset();
     arriving_ = TextPieces(sourceCharacters(text));
     const QScopedValueRollback setting(settingSource_, true);
@@ -190,87 +203,6 @@ bool SourceEdit::viewportEvent(QEvent* event) {
     return QPlainTextEdit::viewportEvent(event);
 }
 
-void SourceEdit::insertFromMimeData(const QMimeData* source) {
-    guarded([this, source] { insert(*source); });
-}
-
-void SourceEdit::insert(const QMimeData& source) {
-    if (!source.hasText()) return;
-    fill();
-    const QString text = sourceCharacters(source.text());
-    if (!dropping_ && !accepts(text, textCursor())) return;
-    if (LargeEdits::isLarge(text) || LargeEdits::isLarge(textCursor())) {
-        largeEdits_.replace(textCursor(), textCursor(), text);
-    } else {
-        insertPlainText(text);
-    }
-    ensureCursorVisible();
-}
-
-/// Refused before Qt takes away what is only being moved.
-void SourceEdit::dropEvent(QDropEvent* event) {
-    if (!guarded([this, event] { drop(event); })) event->ignore();
-}
-
-void SourceEdit::drop(QDropEvent* event) {
-    fill();
-    const QTextCursor place = cursorForPosition(event->position().toPoint());
-    const QString text = sourceCharacters(event->mimeData()->text());
-    if (!accepts(text, place)) {
-        event->ignore();
-        return;
-    }
-    if (LargeEdits::isLarge(text)) {
-        dropLarge(event, place, text);
-        return;
-    }
-    const QScopedValueRollback dropping(dropping_, true);
-    QPlainTextEdit::dropEvent(event);
-}
-
-/// Done when the drag is over: the program that the text comes from waits for that. Qt shows where a drop
-/// would go until the mouse leaves.
-void SourceEdit::dropLarge(QDropEvent* event, const QTextCursor& place, const QString& text) {
-    QDragLeaveEvent leave;
-    dragLeaveEvent(&leave);
-    event->acceptProposedAction();
-    const bool moved = event->source() == viewport() && event->dropAction() == Qt::MoveAction;
-    const auto drop = [this, moved, place, text] {
-        fill();
-        largeEdits_.replace(moved ? textCursor() : place, place, text);
-    };
-    const auto procedure = [this, drop] { guarded(drop); };
-    QMetaObject::invokeMethod(this, procedure, Qt::QueuedConnection);
-}
-
-/// False when `text` cannot take the place of what `cursor` selects; the user is told why.
-bool SourceEdit::accepts(const QString& text, const QTextCursor& cursor) {
-    const QString reason = whyTooLarge(extentWith(text, cursor));
-    if (!reason.isEmpty()) emit refused(reason);
-    return reason.isEmpty();
-}
-
-/// Nothing goes that has not come to the clipboard.
-void SourceEdit::cut() {
-    guarded([this] {
-        fill();
-        if (!hasSelection()) return;
-        QApplication::clipboard()->setMimeData(selectionAsMimeData().release());
-        if (LargeEdits::isLarge(textCursor())) {
-            largeEdits_.removeSelection();
-        } else {
-            textCursor().removeSelectedText();
-            ensureCursorVisible();
-        }
-    });
-}
-
-void SourceEdit::copy() {
-    guarded([this] {
-        if (hasSelection()) QApplication::clipboard()->setMimeData(selectionAsMimeData().release());
-    });
-}
-
 void SourceEdit::undo() {
     guarded([this] {
         fill();
@@ -359,15 +291,6 @@ void SourceEdit::focusInEvent(QFocusEvent* event) {
     emit touched();
 }
 
-/// A file is left to the window, which opens it; the box would take its address for a text.
-void SourceEdit::dragEnterEvent(QDragEnterEvent* event) {
-    if (carriesFiles(*event->mimeData())) {
-        event->ignore();
-    } else {
-        QPlainTextEdit::dragEnterEvent(event);
-    }
-}
-
 /// Qt's menu, without the promise that Ctrl+A selects all: here it opens a file. It names the key to redo
 /// with that is the same everywhere, and its commands are those of the box.
 void SourceEdit::contextMenuEvent(QContextMenuEvent* event) {
@@ -404,22 +327,6 @@ void SourceEdit::changeEvent(QEvent* event) {
 
 void SourceEdit::setTabStops() {
     setTabStopDistance(tabColumns * QFontMetricsF(font()).horizontalAdvance(' '));
-}
-
-/// For what Qt does by itself: a drag, and the selection that other programs may paste. Without memory there
-/// is nothing to be had.
-QMimeData* SourceEdit::createMimeDataFromSelection() const {
-    try {
-        return selectionAsMimeData().release();
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-std::unique_ptr<QMimeData> SourceEdit::selectionAsMimeData() const {
-    auto mime = std::make_unique<QMimeData>();
-    mime->setText(withLineFeeds(textCursor().selectedText()));
-    return mime;
 }
 
 }  // namespace tavinor

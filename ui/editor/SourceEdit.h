@@ -100,10 +100,18 @@ class SourceEdit : public UnwrappedText {
         int left;  ///< Of the horizontal one.
     };
 
+    /// Characters of the text that went, and others that came there.
+    struct Change {
+        int position = 0;
+        int removed = 0;
+        int added = 0;
+    };
+
     [[nodiscard]] Place placeOf(int position) const;
     [[nodiscard]] int positionOf(const Place& place) const;
     [[nodiscard]] bool belongsToMenus(const QKeyEvent& event) const;
     void noteEdit();
+    void takeBack();
     void takeKey(QKeyEvent* event);
     void dropLarge(QDropEvent* event, const QTextCursor& place, const QString& text);
     bool accepts(const QString& text, const QTextCursor& cursor);
@@ -124,6 +132,8 @@ class SourceEdit : public UnwrappedText {
     LargeEdits largeEdits_;
     bool settingSource_ = false;  ///< A change of the text is none of the user's.
     bool dropping_ = false;       ///< Looked at already.
+    Change change_;               ///< The last one.
+    int undoSteps_ = 0;           ///< Before that change.
     ForeignCharacters foreign_;
     QList<QKeySequence> menuKeys_;
 };

@@ -1,11 +1,14 @@
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDateTime>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFile>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTest>
 #include <QUrl>
+#include <utility>
 
 #include "tests/support/Dragging.h"
 #include "tests/ui/common/FileDialogFixture.h"
@@ -228,6 +231,27 @@ class FileNamesTest : public QObject {
                 pressKey(&dialog, Qt::Key_Return);
             });
             QCOMPARE(chosen, f.path("sub/mi programa.asm"));
+        }
+    }
+
+    /// Qt would move or copy it into the folder that is shown.
+    void aFileDroppedOnTheListStaysWhereItIs() {
+        FileDialogFixture f("a.asm");
+        QVERIFY(QDir(f.path({})).mkdir("sub"));
+        f.put("sub/b.asm");
+        for (const auto& [mode, name] :
+             {std::pair(QFileDialog::List, "listView"), {QFileDialog::Detail, "treeView"}}) {
+            f.ask(false, "*.asm", [&](QFileDialog& dialog) {
+                dialog.setViewMode(mode);
+                QTRY_VERIFY(namesShown(dialog).contains("a.asm"));
+                const auto* list = dialog.findChild<QAbstractItemView*>(name);
+                const QPoint place = list->mapTo(&dialog, list->rect().center());
+                QMimeData dragged;
+                dragged.setUrls({QUrl::fromLocalFile(f.path("sub/b.asm"))});
+                QCOMPARE(dropOn(&dialog, place, dragged), DragEnd::refused);
+                QVERIFY(QFile::exists(f.path("sub/b.asm")) && !QFile::exists(f.path("b.asm")));
+                QVERIFY(!list->dragEnabled());
+            });
         }
     }
 

@@ -1,5 +1,7 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSignalSpy>
@@ -433,6 +435,30 @@ class HexBoxTest : public QObject {
         pressKey(window_.get(), Qt::Key_O, Qt::AltModifier);
         QVERIFY(byte_->hasFocus());
         QVERIFY(window_->untouched());
+    }
+
+    /// By an assistive tool, which reaches what the user cannot.
+    void nothingIsWrittenBehindAModalWindow() {
+        window_->typeInto(byte_, "1");
+        const auto write = [](HexBox* box, const QString& text) {
+            QAccessible::queryAccessibleInterface(box)->setText(QAccessible::Value, text);
+        };
+        dialogs_->expectWindow("inTheWay", [&](QWidget* dialog) {
+            write(byte_, "7");
+            write(window_->word, "7");
+            QCOMPARE(byte_->text(), QString("1"));
+            QCOMPARE(window_->word->text(), QString("0000"));
+            window_->word->showText("1234");
+            QCOMPARE(window_->word->text(), QString("1234"));
+            QVERIFY(window_->untouched());
+            dialog->close();
+        });
+        QDialog inTheWay(window_.get());
+        inTheWay.setObjectName("inTheWay");
+        inTheWay.exec();
+        QVERIFY(showActive(window_.get()));
+        write(byte_, "7");
+        QCOMPARE(byte_->text(), QString("7"));
     }
 
     /// Of two boxes, one whose value the other's leaving has just corrected: each leaves by itself.

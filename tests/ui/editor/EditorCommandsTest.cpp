@@ -1,12 +1,17 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QTest>
 #include <QTimer>
 #include <array>
+#include <functional>
+#include <vector>
 
 #include "tests/ui/editor/EditorFixture.h"
 #include "ui/common/Fonts.h"
@@ -16,6 +21,33 @@ using namespace tavinor;
 /// Menus, their keys and their enabling rules, and what the text box looks like.
 class EditorCommandsTest : public QObject {
     Q_OBJECT
+
+  private:
+    static void pressAndWriteBehind(EditorFixture& f) {
+        for (const char* name : {"Nuevo", "Abrir", "guardar", "guardarcomo", "Salir", "Cortar", "Copiar",
+                                 "Pegar", "Buscar", "Buscarsiguiente"}) {
+            f.action(name)->setEnabled(true);
+            f.action(name)->trigger();
+            QVERIFY2(f.text() == "AB CD" && f.editor.isVisible(), name);
+        }
+        QCOMPARE(QApplication::clipboard()->text(), QString("xyz"));
+        QVERIFY(!f.editor.findChild<QDialog*>("Busqueda")->isVisible());
+
+        auto* tool = QAccessible::queryAccessibleInterface(f.texto())->editableTextInterface();
+        const std::vector<std::function<void()>> writes{
+            [tool] { tool->insertText(5, "E"); },
+            [tool] { tool->insertText(0, "E"); },
+            [tool] { tool->deleteText(1, 3); },
+            [tool] { tool->replaceText(0, 5, "otro"); },
+        };
+        for (const std::function<void()>& write : writes) {
+            write();
+            QCOMPARE(f.text(), QString("AB CD"));
+        }
+        auto* pattern = f.editor.findChild<QLineEdit*>("cadena");
+        QAccessible::queryAccessibleInterface(pattern)->setText(QAccessible::Value, "uno");
+        QCOMPARE(pattern->text(), QString());
+    }
 
   private slots:
     void init() { QApplication::clipboard()->clear(); }
@@ -187,6 +219,32 @@ class EditorCommandsTest : public QObject {
         QCOMPARE(f.text(), QString("A\n"));
         pressKey(&f.editor, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(f.text(), QString("xyzA\n"));
+        f.discard();
+    }
+
+    /// An assistive tool reaches what the user cannot.
+    void nothingHappensBehindAModalWindow() {
+        EditorFixture f;
+        QVERIFY(f.openUnnamed("AB CD"));
+        pressKey(f.texto(), Qt::Key_End);
+        f.selectText(0, 1);
+        QApplication::clipboard()->setText("xyz");
+        {
+            DialogAnswerer dialogs;  // fails where a question comes
+            dialogs.expectWindow("inTheWay", [&f](QWidget* dialog) {
+                pressAndWriteBehind(f);
+                dialog->close();
+            });
+            QDialog inTheWay(&f.editor);
+            inTheWay.setObjectName("inTheWay");
+            inTheWay.exec();
+            QVERIFY(dialogs.allCame());
+        }
+        QVERIFY(showActive(&f.editor));
+        f.texto()->undo();
+        QCOMPARE(f.text(), QString());
+        f.texto()->redo();
+        QCOMPARE(f.text(), QString("AB CD"));
         f.discard();
     }
 
