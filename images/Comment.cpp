@@ -26,18 +26,9 @@ std::string comenta(const MachineState& m, std::uint8_t shownFlags, std::int32_t
     const int address = wordOperandOf(behindPC);
     const auto shows = [shownFlags](int bit) { return (shownFlags & bit) != 0; };
 
+    if (tabla[static_cast<std::size_t>(opcode)] == undefinedText) return "Código invalido";
     switch (opcode) {
         case 0x00: return "No hace nada";
-        case 0x08:
-        case 0x10:
-        case 0x18:
-        case 0x28:
-        case 0x38:
-        case 0xCB:
-        case 0xD9:
-        case 0xDD:
-        case 0xED:
-        case 0xFD: return "Código invalido";
         case 0x76: return "Sistema parado";
         case 0xC7:
         case 0xCF:

@@ -8,7 +8,7 @@
 namespace tavinor {
 
 /// The text of every opcode, 00 to FF. "byte" and "palabra" stand for an operand of one or two bytes; "?"
-/// marks the ten codes that the processor leaves undefined.
+/// marks the codes that the processor leaves undefined.
 // Eight opcodes a line, as on the processor's chart.
 // clang-format off
 inline constexpr std::array<std::string_view, 256> tabla{
@@ -65,6 +65,7 @@ inline constexpr std::array<std::string_view, 256> tabla{
 
 inline constexpr std::string_view byteOperand = "byte";
 inline constexpr std::string_view wordOperand = "palabra";
+inline constexpr std::string_view undefinedText = "?";
 
 namespace detail {
 
