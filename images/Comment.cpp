@@ -3,6 +3,7 @@
 #include "machine/Flags.h"
 #include "machine/HexText.h"
 #include "machine/Instruction.h"
+#include "machine/MnemonicTable.h"
 
 namespace tavinor {
 
