@@ -11,13 +11,13 @@ FocusGate& FocusGate::of(const QWidget* widget) {
     return gate != nullptr ? *gate : *new FocusGate(window);
 }
 
-bool FocusGate::isInReach() const {
+bool FocusGate::isInReach(const QWidget* widget) {
     const QWidget* modal = QApplication::activeModalWidget();
-    return modal == nullptr || modal == parent();
+    return modal == nullptr || modal == widget->window();
 }
 
 bool FocusGate::pass(QWidget* next) {
-    if (!isInReach()) return false;
+    if (!isInReach(window_)) return false;
     HexBox* box = box_;
     if (box == nullptr) return true;
     if (!box->leave()) return false;
@@ -30,7 +30,7 @@ bool FocusGate::pass(QWidget* next) {
 }
 
 bool FocusGate::passTyped() {
-    return box_ != nullptr && box_->edited() ? pass() : isInReach();
+    return box_ != nullptr && box_->edited() ? pass() : isInReach(window_);
 }
 
 void FocusGate::enter(HexBox* box) {

@@ -20,9 +20,9 @@ class FocusGate : public QObject {
     /// window.
     static FocusGate& of(const QWidget* widget);
 
-    /// Whether no modal window keeps the user from this one. An assistive tool can press and write behind
-    /// one; what it does there must have no effect.
-    [[nodiscard]] bool isInReach() const;
+    /// Whether no modal window keeps the user from `widget`. An assistive tool can press and write behind
+    /// one; what it does there must have no effect. Needs no memory.
+    [[nodiscard]] static bool isInReach(const QWidget* widget);
 
     /// Leaves the box in which the user is, if any. The focus goes to `next`, or stays where nothing takes it
     /// (a menu's command). False where the command must not act.
@@ -40,8 +40,9 @@ class FocusGate : public QObject {
     void leave(const HexBox* box);
 
   private:
-    explicit FocusGate(QWidget* window) : QObject(window) {}
+    explicit FocusGate(QWidget* window) : QObject(window), window_(window) {}
 
+    const QWidget* window_ = nullptr;
     QPointer<HexBox> box_;
 };
 

@@ -92,7 +92,7 @@ void HexBox::showValue(int value) {
 }
 
 void HexBox::noteEdit() {
-    if (text() != shown_ && text() != noted_ && !FocusGate::of(this).isInReach()) {
+    if (text() != shown_ && text() != noted_ && !FocusGate::isInReach(this)) {
         setText(noted_);
         return;
     }

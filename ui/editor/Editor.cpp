@@ -105,7 +105,7 @@ void Editor::makeMenus() {
 
     const auto connectCommand = [this](QAction* action, auto* object, auto procedure) {
         connect(action, &QAction::triggered, this, [this, object, procedure] {
-            if (FocusGate::of(this).isInReach()) guardMemory(this, [=] { (object->*procedure)(); });
+            if (FocusGate::isInReach(this)) guardMemory(this, [=] { (object->*procedure)(); });
         });
     };
     connectCommand(Nuevo, this, &Editor::Nuevo_Click);

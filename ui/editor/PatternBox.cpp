@@ -19,7 +19,7 @@ PatternBox::PatternBox(const QString& name, const QString& accessibleName, QWidg
 
 /// An assistive tool can write behind a modal window.
 void PatternBox::noteEdit() {
-    if (FocusGate::of(this).isInReach()) {
+    if (FocusGate::isInReach(this)) {
         noted_ = text();
     } else if (text() != noted_) {
         setText(noted_);

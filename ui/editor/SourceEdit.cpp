@@ -65,7 +65,7 @@ bool SourceEdit::guarded(const std::function<void()>& procedure) {
 /// text.
 void SourceEdit::noteEdit() {
     if (settingSource_) return;
-    if (!largeEdits_.isGoingOn() && !FocusGate::of(this).isInReach()) {
+    if (!largeEdits_.isGoingOn() && !FocusGate::isInReach(this)) {
         takeBack();
         return;
     }

@@ -52,7 +52,7 @@ void SourceEdit::drop(QDropEvent* event) {
     fill();
     const QTextCursor place = cursorForPosition(event->position().toPoint());
     const QString text = sourceCharacters(event->mimeData()->text());
-    if (!FocusGate::of(this).isInReach() || !accepts(text, place)) {
+    if (!FocusGate::isInReach(this) || !accepts(text, place)) {
         event->ignore();
         return;
     }

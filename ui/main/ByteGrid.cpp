@@ -86,7 +86,7 @@ QString ByteGridModel::cellText(std::int32_t address) const {
 }
 
 ByteGrid::ByteGrid(ByteGridModel* model, int visibleRows, QWidget* parent)
-    : QTableView(parent), model_(model), visibleRows_(visibleRows) {
+    : SingleSelection(parent), model_(model), visibleRows_(visibleRows) {
     setModel(model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -180,28 +180,6 @@ void ByteGrid::mousePressEvent(QMouseEvent* event) {
 void ByteGrid::keyboardSearch(const QString& typed) {
     static const QString digits = QStringLiteral("0123456789ABCDEFabcdef");
     if (typed.size() == 1 && digits.contains(typed)) emit digitTyped(typed);
-}
-
-QVariant ByteGrid::inputMethodQuery(Qt::InputMethodQuery query) const {
-    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex()).translated(viewport()->pos());
-    return QTableView::inputMethodQuery(query);
-}
-
-/// One cell is selected at all times: a click with Ctrl does not take the selection away.
-QItemSelectionModel::SelectionFlags ByteGrid::selectionCommand(const QModelIndex& index,
-                                                               const QEvent* /*event*/) const {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
-}
-
-/// An assistive tool changes the selection and leaves the current cell as it is.
-void ByteGrid::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-    QTableView::selectionChanged(selected, deselected);
-    if (!showing_) QMetaObject::invokeMethod(this, &ByteGrid::followSelection, Qt::QueuedConnection);
-}
-
-void ByteGrid::followSelection() {
-    const QModelIndexList chosen = selectedIndexes();
-    if (!chosen.isEmpty() && chosen.first() != currentIndex()) setCurrentIndex(chosen.first());
 }
 
 }  // namespace tavinor

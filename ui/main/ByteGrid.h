@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "ui/main/SingleSelection.h"
+
 namespace tavinor {
 
 /// What a byte grid shows: its own bytes, sixteen a row. They follow the machine only through `setCells`, so
@@ -45,7 +47,7 @@ class ByteGridModel : public QAbstractTableModel {
 };
 
 /// The table of a byte grid. Its current cell is the selected address.
-class ByteGrid : public QTableView {
+class ByteGrid : public SingleSelection<QTableView> {
     Q_OBJECT
 
   public:
@@ -77,21 +79,13 @@ class ByteGrid : public QTableView {
   protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mousePressEvent(QMouseEvent* event) override;
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* event) const override;
-    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
-
-    /// Where the keyboard is: the current cell.
-    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   private:
     void fitCells();
     [[nodiscard]] int heightFor(int rows) const;
-    void followSelection();
 
     ByteGridModel* model_ = nullptr;
     int visibleRows_;
-    bool showing_ = false;
 };
 
 }  // namespace tavinor

@@ -27,7 +27,7 @@ QString spokenRow(const QString& text, bool isProgramCounter) {
 
 }  // namespace
 
-ListingView::ListingView(QWidget* parent) : QListWidget(parent) {
+ListingView::ListingView(QWidget* parent) : SingleSelection(parent) {
     ListingAccessible::install();
     named(this, QStringLiteral("prg"), QStringLiteral("Listado del programa"));
     setUniformItemSizes(true);
@@ -44,28 +44,6 @@ void ListingView::fitRows() {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     setMinimumWidth(itemDelegate()->sizeHint(option, {}).width() + 2 * frameWidth());
-}
-
-QVariant ListingView::inputMethodQuery(Qt::InputMethodQuery query) const {
-    if (query == Qt::ImCursorRectangle) return visualRect(currentIndex()).translated(viewport()->pos());
-    return QListWidget::inputMethodQuery(query);
-}
-
-/// One row is selected at all times: a click with Ctrl does not take the selection away.
-QItemSelectionModel::SelectionFlags ListingView::selectionCommand(const QModelIndex& index,
-                                                                  const QEvent* /*event*/) const {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
-}
-
-/// An assistive tool changes the selection and leaves the current row as it is.
-void ListingView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-    QListWidget::selectionChanged(selected, deselected);
-    if (!showing_) QMetaObject::invokeMethod(this, &ListingView::followSelection, Qt::QueuedConnection);
-}
-
-void ListingView::followSelection() {
-    const QList<QListWidgetItem*> chosen = selectedItems();
-    if (!chosen.isEmpty() && chosen.first() != currentItem()) setCurrentItem(chosen.first());
 }
 
 void ListingView::showRows(const Listing& listing, std::int32_t programCounter) {

@@ -9,11 +9,12 @@
 #include "images/Listing.h"
 #include "machine/MachineState.h"
 #include "ui/main/ShownState.h"
+#include "ui/main/SingleSelection.h"
 
 namespace tavinor {
 
 /// The list control of the program listing. It only tells what the user did.
-class ListingView : public QListWidget {
+class ListingView : public SingleSelection<QListWidget> {
     Q_OBJECT
 
   public:
@@ -52,19 +53,11 @@ class ListingView : public QListWidget {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* event) const override;
-    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
-
-    /// Where the keyboard is: the current row.
-    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   private:
     void fitRows();
-    void followSelection();
 
     int wheelRest_ = 0;
-    bool showing_ = false;
 };
 
 /// The group "Programa": memory as a disassembled program that follows the program counter, with a breakpoint
