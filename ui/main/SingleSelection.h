@@ -39,8 +39,8 @@ class SingleSelection : public View {
   private:
     void followSelection() {
         const QModelIndexList chosen = this->selectedIndexes();
-        if (!chosen.isEmpty() && chosen.first() != this->currentIndex())
-            this->setCurrentIndex(chosen.first());
+        if (chosen.isEmpty() || chosen.first() == this->currentIndex()) return;
+        this->setCurrentIndex(chosen.first());
     }
 };
 
